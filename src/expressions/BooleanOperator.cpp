@@ -1,0 +1,156 @@
+#include <Vokit/BooleanOperator>
+
+#include "expressions/OperandValue_p.h"
+
+#include <Vokit/ConstExpression>
+#include <Vokit/ExpressionList>
+#include <Vokit/NotOperator>
+
+#include <QDataStream>
+#include <QTextStream>
+
+#include <typeinfo>
+
+namespace vogen {
+
+namespace {
+
+constexpr qint32 gRecordVersion = 1;
+
+const ConstExpression gFalse(QVariant(false), false);
+[[maybe_unused]] const bool gRegistered[] = {
+    Expression::registerExpressionClass(BooleanOperator(gFalse, BooleanOperator::And, gFalse)),
+    Expression::registerExpressionClass(NotOperator(gFalse)),
+};
+
+} // namespace
+
+BooleanOperator::BooleanOperator(ExpressionHandle left, BoolOp operation, ExpressionHandle right)
+    : op(operation)
+{
+    append(left);
+    append(right);
+}
+
+BooleanOperator::BooleanOperator(BoolOp operation)
+    : op(operation)
+{
+}
+
+BooleanOperator::~BooleanOperator() = default;
+
+QVariant BooleanOperator::evaluate(const PropertySet &properties, bool *isConstant) const
+{
+    return toVariant(combine(properties, isConstant));
+}
+
+Expression *BooleanOperator::clone() const
+{
+    return new BooleanOperator(*this);
+}
+
+bool BooleanOperator::equals(const Expression *other) const
+{
+    const auto *boolean = dynamic_cast<const BooleanOperator *>(other);
+    return boolean && op == boolean->op && Operator::equals(other);
+}
+
+void BooleanOperator::print(QTextStream &stream, PrintStyle style) const
+{
+    if (op == And)
+        printChain(stream, style, style & PrintCode ? " && " : " AND ");
+    else
+        printChain(stream, style, style & PrintCode ? " || " : " OR ");
+}
+
+void BooleanOperator::write(QDataStream &stream) const
+{
+    stream << gRecordVersion << static_cast<qint32>(op);
+    Operator::write(stream);
+}
+
+void BooleanOperator::read(QDataStream &stream)
+{
+    qint32 version = 0;
+    qint32 code = 0;
+    stream >> version >> code;
+    op = static_cast<BoolOp>(code);
+    Operator::read(stream);
+}
+
+BooleanOperator &BooleanOperator::append(ExpressionHandle operand)
+{
+    Operator::append(operand);
+    return *this;
+}
+
+ExpressionHandle BooleanOperator::join(const ExpressionList &list, BoolOp operation)
+{
+    const QList<ExpressionHandle> &conditions = operandsOf(list);
+    if (conditions.isEmpty())
+        return ExpressionList::empty();
+    if (conditions.size() == 1)
+        return conditions.first();
+    BooleanOperator chain(operation);
+    chain.operands += conditions;
+    return chain;
+}
+
+BooleanOperator BooleanOperator::operator&&(ExpressionHandle right)
+{
+    return joined(And, right);
+}
+
+BooleanOperator BooleanOperator::operator||(ExpressionHandle right)
+{
+    return joined(Or, right);
+}
+
+BooleanOperator &BooleanOperator::operator&=(ExpressionHandle right)
+{
+    return extend(And, right);
+}
+
+BooleanOperator &BooleanOperator::operator|=(ExpressionHandle right)
+{
+    return extend(Or, right);
+}
+
+Truth BooleanOperator::truth(const PropertySet &properties, bool *isConstant) const
+{
+    if (typeid(*this) != typeid(BooleanOperator))
+        return Expression::truth(properties, isConstant); // a client's class has its own evaluate()
+    return combine(properties, isConstant);
+}
+
+Truth BooleanOperator::combine(const PropertySet &properties, bool *isConstant) const
+{
+    if (isConstant)
+        *isConstant = true;
+    for (const ExpressionHandle &operand : operands) {
+        bool constant = false;
+        const Truth condition = OperandValue::truth(*operand, properties, &constant);
+        if (isConstant && !constant)
+            *isConstant = false;
+        const bool decided = op == And ? condition != Truth::True : condition == Truth::True;
+        if (decided)
+            return condition;
+    }
+    return truthOf(op == And);
+}
+
+BooleanOperator BooleanOperator::joined(BoolOp joint, ExpressionHandle right)
+{
+    if (op == joint)
+        return append(right);
+    return {*this, joint, right};
+}
+
+BooleanOperator &BooleanOperator::extend(BoolOp joint, ExpressionHandle right)
+{
+    if (op == joint)
+        return append(right);
+    return *this = BooleanOperator(*this, joint, right);
+}
+
+} // namespace vogen

@@ -1,0 +1,127 @@
+#include <Vokit/ConstExpression>
+
+#include "expressions/PrintStyle_p.h"
+#include "properties/ValueView_p.h"
+
+#include <Vokit/TypeTool>
+
+#include <QDataStream>
+#include <QDateTime>
+#include <QRegExp>
+#include <QTextStream>
+
+#include <typeinfo>
+
+namespace vogen {
+
+namespace {
+constexpr qint32 gRecordVersion = 1;
+}
+
+ConstExpression::ConstExpression(const QVariant &literal, bool bindable)
+    : value(literal)
+    , placeholder(bindable)
+{
+}
+
+ConstExpression::~ConstExpression() = default;
+
+QVariant ConstExpression::evaluate(const PropertySet & /*properties*/, bool *isConstant) const
+{
+    if (isConstant)
+        *isConstant = true;
+    return value;
+}
+
+Expression *ConstExpression::clone() const
+{
+    return new ConstExpression(*this);
+}
+
+bool ConstExpression::equals(const Expression *other) const
+{
+    const auto *constant = dynamic_cast<const ConstExpression *>(other);
+    return constant && value == constant->value;
+}
+
+void ConstExpression::print(QTextStream &stream, PrintStyle style) const
+{
+    printValue(stream, value, placeholder ? style : without(style, PrintPlaceholders));
+}
+
+void ConstExpression::collectPlaceholders(QList<QVariant> &values) const
+{
+    if (!placeholder)
+        return;
+    if (TypeTool::isDate(value.type()))
+        values.append(QVariant(static_cast<qlonglong>(TypeTool::dateMicroSeconds(value))));
+    else
+        values.append(value);
+}
+
+bool ConstExpression::isEmpty() const
+{
+    return value.type() == QVariant::Invalid;
+}
+
+void ConstExpression::write(QDataStream &stream) const
+{
+    stream << gRecordVersion << placeholder << value;
+}
+
+void ConstExpression::read(QDataStream &stream)
+{
+    qint32 version = 0;
+    stream >> version >> placeholder >> value;
+}
+
+ConstExpression ConstExpression::time(int hour, int minute, int second, int millisecond)
+{
+    return {QTime(hour, minute, second, millisecond), false};
+}
+
+ConstExpression ConstExpression::date(int year, int month, int day)
+{
+    return {QDate(year, month, day), false};
+}
+
+ConstExpression ConstExpression::dateTime(int year, int month, int day, int hour, int minute,
+                                          int second, int millisecond)
+{
+    return {
+        QDateTime(QDate(year, month, day), QTime(hour, minute, second, millisecond), Qt::LocalTime),
+        false};
+}
+
+void ConstExpression::printValue(QTextStream &stream, const QVariant &literal, PrintStyle style)
+{
+    if (style & PrintPlaceholders)
+        stream << '?';
+    else if (TypeTool::isNumeric(literal.type()))
+        stream << stringValue(literal);
+    else if (TypeTool::isDate(literal.type())) {
+        if (style & PrintSql)
+            stream << TypeTool::dateMicroSeconds(literal);
+        else
+            stream << stringValue(literal);
+    } else if (style & PrintSql)
+        stream << '\'' << stringValue(literal).replace(QLatin1Char('\''), QLatin1String("''"))
+               << '\'';
+    else
+        stream << '"' << stringValue(literal) << '"';
+}
+
+QString ConstExpression::stringValue(const QVariant &literal)
+{
+    return literal.type() == QVariant::RegExp ? literal.toRegExp().pattern() : literal.toString();
+}
+
+ValueView ConstExpression::valueInPlace(const PropertySet & /*properties*/, bool *isConstant) const
+{
+    if (typeid(*this) != typeid(ConstExpression))
+        return {}; // a client's class may evaluate in its own way
+    *isConstant = true;
+    return ValueView(value);
+}
+
+} // namespace vogen

@@ -1,0 +1,148 @@
+#include <Vokit/Expression>
+
+#include "expressions/OperandValue_p.h"
+
+#include <Vokit/ConstExpression>
+#include <Vokit/ExpressionList>
+#include <Vokit/ValueExpression>
+
+#include <QDataStream>
+#include <QTextStream>
+
+#include <memory>
+#include <typeinfo>
+
+namespace vogen {
+
+namespace {
+
+QString classKey(const Expression &node)
+{
+    return QLatin1String(typeid(node).name());
+}
+
+// What this unit owns, in this order. The registry itself is a function-local static, so other
+// units may register before or after.
+[[maybe_unused]] const bool gRegistered[] = {
+    Expression::registerExpressionClass(ConstExpression(QVariant(0), true)),
+    Expression::registerExpressionClass(ValueExpression(QString(), QString())),
+    Expression::registerExpressionClass(ExpressionList()),
+};
+
+} // namespace
+
+const ValueExpression ValueExpression::star(QStringLiteral("*"), QStringLiteral(""));
+
+// The absence of an expression, shared by all default handles. Null until this line has run.
+static const ExpressionHandle gEmpty{ExpressionList()};
+
+Expression::Expression() = default;
+
+Expression::Expression(const Expression & /*other*/)
+    : QSharedData()
+{
+}
+
+Expression &Expression::operator=(const Expression & /*other*/)
+{
+    return *this;
+}
+
+Expression::~Expression() = default;
+
+void Expression::collectPlaceholders(QList<QVariant> & /*values*/) const {}
+
+QString Expression::toString(PrintStyle style) const
+{
+    QString text;
+    {
+        QTextStream stream(&text, QIODevice::ReadWrite);
+        print(stream, style);
+    }
+    return text;
+}
+
+Expression::operator QString() const
+{
+    return toString(PrintSql);
+}
+
+QList<QVariant> Expression::collectPlaceholders() const
+{
+    QList<QVariant> values;
+    collectPlaceholders(values);
+    return values;
+}
+
+bool Expression::equals(const Expression *a, const Expression *b)
+{
+    if (a == b)
+        return true;
+    return a && b && a->equals(b);
+}
+
+QMap<QString, ExpressionHandle> &Expression::expressionClassMap()
+{
+    static QMap<QString, ExpressionHandle> map;
+    return map;
+}
+
+bool Expression::registerExpressionClass(ExpressionHandle prototype)
+{
+    const QString key =
+        classKey(*prototype); // a write access: the registry keeps a node of its own
+    if (key.isEmpty() || expressionClassMap().contains(key))
+        return false;
+    expressionClassMap().insert(key, prototype);
+    return true;
+}
+
+void Expression::writeExpression(QDataStream &stream, ExpressionHandle e)
+{
+    const Expression &node = *e.constData();
+    stream << typeid(node).name();
+    node.write(stream);
+}
+
+ExpressionHandle Expression::readExpression(QDataStream &stream)
+{
+    char *raw = nullptr;
+    stream >> raw;
+    const std::unique_ptr<char[]> key(raw);
+
+    ExpressionHandle result;
+    const QMap<QString, ExpressionHandle> &map = expressionClassMap();
+    const auto prototype = map.constFind(QLatin1String(key.get()));
+    if (prototype != map.constEnd()) {
+        result = *prototype;
+        result->read(stream);
+    }
+    return result;
+}
+
+ValueView Expression::valueInPlace(const PropertySet & /*properties*/, bool * /*isConstant*/) const
+{
+    return {};
+}
+
+Truth Expression::truth(const PropertySet &properties, bool *isConstant) const
+{
+    return truthOf(evaluate(properties, isConstant));
+}
+
+ExpressionHandle::ExpressionHandle()
+    : d(gEmpty.d)
+{
+}
+
+ExpressionHandle::ExpressionHandle(const Expression &e)
+    : d(e.clone())
+{
+}
+
+bool ExpressionHandle::equals(ExpressionHandle other) const
+{
+    return Expression::equals(constData(), other.constData());
+}
+
+} // namespace vogen

@@ -1,0 +1,52 @@
+#include <Vokit/NotOperator>
+
+#include "expressions/OperandValue_p.h"
+
+#include <QTextStream>
+
+#include <typeinfo>
+
+namespace vogen {
+
+NotOperator::NotOperator(ExpressionHandle operand)
+{
+    append(operand);
+}
+
+NotOperator::~NotOperator() = default;
+
+QVariant NotOperator::evaluate(const PropertySet &properties, bool *isConstant) const
+{
+    return toVariant(negate(properties, isConstant));
+}
+
+Expression *NotOperator::clone() const
+{
+    return new NotOperator(*this);
+}
+
+bool NotOperator::equals(const Expression *other) const
+{
+    return dynamic_cast<const NotOperator *>(other) && Operator::equals(other);
+}
+
+void NotOperator::print(QTextStream &stream, PrintStyle style) const
+{
+    stream << (style & PrintCode ? " ! " : " NOT ");
+    operandAt(0).print(stream, style | PrintNested);
+}
+
+Truth NotOperator::truth(const PropertySet &properties, bool *isConstant) const
+{
+    if (typeid(*this) != typeid(NotOperator))
+        return Expression::truth(properties, isConstant); // a client's class has its own evaluate()
+    return negate(properties, isConstant);
+}
+
+Truth NotOperator::negate(const PropertySet &properties, bool *isConstant) const
+{
+    const Truth condition = OperandValue::truth(operandAt(0), properties, isConstant);
+    return condition == Truth::Null ? condition : truthOf(condition == Truth::False);
+}
+
+} // namespace vogen

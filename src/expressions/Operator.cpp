@@ -1,0 +1,87 @@
+#include <Vokit/Operator>
+
+#include <QDataStream>
+#include <QTextStream>
+
+#include <algorithm>
+
+namespace vogen {
+
+namespace {
+constexpr qint32 gRecordVersion = 1;
+}
+
+Operator::Operator() = default;
+Operator::~Operator() = default;
+
+bool Operator::equals(const Expression *other) const
+{
+    const auto *node = dynamic_cast<const Operator *>(other);
+    return node && std::equal(operands.begin(), operands.end(), node->operands.begin(),
+                              node->operands.end(),
+                              [](const ExpressionHandle &a, const ExpressionHandle &b) {
+                                  return Expression::equals(a.constData(), b.constData());
+                              });
+}
+
+void Operator::collectPlaceholders(QList<QVariant> &values) const
+{
+    for (const ExpressionHandle &operand : operands)
+        operand->collectPlaceholders(values);
+}
+
+bool Operator::isEmpty() const
+{
+    return operands.isEmpty();
+}
+
+void Operator::write(QDataStream &stream) const
+{
+    stream << gRecordVersion << static_cast<qint32>(operands.size());
+    for (const ExpressionHandle &operand : operands)
+        writeExpression(stream, operand);
+}
+
+void Operator::read(QDataStream &stream)
+{
+    qint32 version = 0;
+    qint32 count = 0;
+    stream >> version >> count;
+    operands.clear();
+    // A damaged count may promise two thousand millions: the end of the data ends the list.
+    for (qint32 i = 0; i < count && !stream.atEnd(); ++i)
+        operands.append(readExpression(stream));
+}
+
+void Operator::append(ExpressionHandle operand)
+{
+    operands.append(operand);
+}
+
+const Expression &Operator::operandAt(int index) const
+{
+    static const ExpressionHandle none;
+    return index < operands.size() ? *operands.at(index) : *none;
+}
+
+void Operator::printOperands(QTextStream &stream, PrintStyle style, int first,
+                             const char *separator) const
+{
+    for (int i = first; i < operands.size(); ++i) {
+        if (i > first)
+            stream << separator;
+        operands.at(i)->print(stream, style);
+    }
+}
+
+void Operator::printChain(QTextStream &stream, PrintStyle style, const char *separator) const
+{
+    const bool brackets = (style & PrintNested) && operands.size() >= 2;
+    if (brackets)
+        stream << '(';
+    printOperands(stream, style | PrintNested, 0, separator);
+    if (brackets)
+        stream << ')';
+}
+
+} // namespace vogen

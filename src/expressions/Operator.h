@@ -1,0 +1,54 @@
+#pragma once
+
+#include <Vokit/Expression>
+
+namespace vogen {
+
+/**
+ * A node with operands, in order.
+ *
+ * A copy shares the list and the operands in it; append() changes the one list only. Where a node
+ * has fewer operands than its class needs, as a damaged stream may leave it, the missing ones are
+ * the empty expression.
+ */
+class VOKIT_EXPORT Operator : public Expression
+{
+public:
+    ~Operator() override;
+
+    using Expression::collectPlaceholders;
+    using Expression::equals;
+
+    /// Operand by operand; which class and which operation is for the class to ask first.
+    bool equals(const Expression *other) const override;
+    /// In the order of the list.
+    void collectPlaceholders(QList<QVariant> &values) const override;
+    /// Whether there are no operands; an operand that is empty itself counts as one.
+    bool isEmpty() const override;
+    void write(QDataStream &stream) const override;
+    void read(QDataStream &stream) override;
+
+    /// Adds an operand as it is. For nodes under construction, which nobody shares yet.
+    void append(ExpressionHandle operand);
+
+protected:
+    Operator();
+    Operator(const Operator &other) = default;
+    Operator &operator=(const Operator &other) = default;
+
+    /// The operands of another node, as subclasses need them to add or join a list.
+    static const QList<ExpressionHandle> &operandsOf(const Operator &node) { return node.operands; }
+
+    /// The operand at @p index, or the empty expression behind the end.
+    const Expression &operandAt(int index) const;
+
+    /// Prints the operands from @p first on, with a separator between them.
+    void printOperands(QTextStream &stream, PrintStyle style, int first,
+                       const char *separator) const;
+    /// The same for all operands as nested ones; in brackets if the node is nested and has two.
+    void printChain(QTextStream &stream, PrintStyle style, const char *separator) const;
+
+    QList<ExpressionHandle> operands;
+};
+
+} // namespace vogen

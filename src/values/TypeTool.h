@@ -1,0 +1,128 @@
+#pragma once
+
+#include <Vokit/vokit_export.h>
+
+#include <QDate>
+#include <QList>
+#include <QString>
+#include <QTime>
+#include <QVariant>
+
+namespace vogen {
+
+class ValueView;
+
+/**
+ * What two values of any types mean to each other.
+ *
+ * Filters run over QVariant values with no schema at hand, so this is the one place that decides.
+ * The rules are the system's own and no database's; stored filters depend on each of them:
+ *
+ *     numbers            meet in a common type. An int or long long property and an unsigned long
+ *                        long property have none: they are compared as text, and 10 sorts before 9
+ *     doubles            that differ by less than 1 compare as the same
+ *     dates              meet each other, and numbers, as microseconds (see dateMicroSeconds)
+ *     lists              go item by item; a list that ends first is the smaller one
+ *     all else           is compared as text, case-sensitive, by UTF-16 code unit. A bool is text
+ *                        here ("true"), and a date against a text is the date's own text
+ *
+ * Make one object for one operation, call it, then ask for its success.
+ *
+ * @code
+ * TypeTool tool(false, true);        // a property on the left, a constant on the right
+ * const bool same = tool.equals(a, b);
+ * return tool.returnOK(QVariant(same)); // an invalid QVariant, which is NULL, if they can't meet
+ * @endcode
+ *
+ * Reports by ok and throws nothing, throwOK() apart. An object belongs to one thread; the static
+ * operations are pure.
+ */
+class VOKIT_EXPORT TypeTool
+{
+public:
+    /**
+     * @param leftIsConstant the left value is a written constant, which may take the right one's
+     * type when it fits; a value read from a property keeps its own
+     * @param rightIsConstant the same of the right value
+     */
+    TypeTool(bool leftIsConstant, bool rightIsConstant);
+
+    /// Whether the last operation could be carried out; true before the first.
+    bool wasOK() const { return ok; }
+    /// The value itself after a success, else INVALID.
+    const QVariant &returnOK(const QVariant &value) const { return ok ? value : INVALID; }
+    /// True after a success. @throws vo::IllegalArgumentException otherwise
+    bool throwOK() const;
+
+    /**
+     * Below 0, 0 or above 0, as @p a is less than, the same as or greater than @p b.
+     *
+     * The size of the number is the difference cut to an int, where there is one. A difference of
+     * 64-bit numbers wraps first, so the sign may be wrong for values more than 2^63 apart.
+     *
+     * @return 0 with ok false when the two can't be compared, as an invalid value with anything
+     */
+    int compare(const QVariant &a, const QVariant &b);
+
+    /**
+     * Whether compare() gives 0.
+     *
+     * Where compare() fails, two values count as equal when both can be brought into one type,
+     * whatever they hold: two maps are always equal.
+     */
+    bool equals(const QVariant &a, const QVariant &b);
+
+    /// Whether some item equals @p value; ok is that of the last item looked at.
+    bool contains(const QList<QVariant> &list, const QVariant &value);
+
+    /// The type in which two numbers are compared and computed; QVariant::Invalid for none.
+    QVariant::Type coerceNumericTypes(const QVariant &a, const QVariant &b) const;
+
+    /// A type into which both values go, the left one's first; QVariant::Invalid for none.
+    QVariant::Type coerceOtherTypes(const QVariant &a, const QVariant &b) const;
+
+    /// Item by item; the smallest or greatest int when one list is the other's beginning.
+    int compareList(QList<QVariant> &a, QList<QVariant> &b);
+
+    /**
+     * A text that sorts the other way round: in-memory sorting uses it for a descending term.
+     *
+     * Each code unit is complemented and FFFF is put behind. A text that holds FFFF itself gets no
+     * second one, and loses each unit whose code is the index at which one was met.
+     */
+    static QString invertString(const QString &string);
+
+    static bool isNumeric(QVariant::Type type); ///< Int, UInt, LongLong, ULongLong, Double
+    static bool isDate(QVariant::Type type);    ///< Date, Time, DateTime
+    static bool isList(QVariant::Type type);    ///< List, StringList
+
+    /**
+     * The one number behind a value, in microseconds: dates count from 1970-01-01 00:00 UTC, a
+     * QTime from midnight. A plain number is read by its type:
+     *
+     *     Int, UInt             milliseconds
+     *     LongLong, ULongLong   microseconds
+     *     Double                days
+     *
+     * Text is read as Qt::TextDate. Whatever can't become text, an invalid QVariant too, gives 0.
+     */
+    static long long dateMicroSeconds(const QVariant &value);
+    static double dateSeconds(const QVariant &value);
+
+    static const QDate EPOCH;      ///< 1970-01-01
+    static const QTime MIDNIGHT;   ///< 00:00
+    static const QVariant INVALID; ///< NULL
+
+    /// The same of values seen in place; for the library's own nodes.
+    int compare(const ValueView &a, const ValueView &b);
+    bool equals(const ValueView &a, const ValueView &b);
+
+private:
+    QVariant::Type coerceNumericTypes(const ValueView &a, const ValueView &b) const;
+
+    bool leftConstant;
+    bool rightConstant;
+    bool ok;
+};
+
+} // namespace vogen

@@ -36,11 +36,11 @@ private:
 };
 
 // Compiled once, in the library.
-extern template class RangeValidator<IntProperty>;
-extern template class RangeValidator<UIntProperty>;
-extern template class RangeValidator<U64Property>;
-extern template class RangeValidator<FloatProperty>;
-extern template class RangeValidator<DoubleProperty>;
+extern template class VOKIT_EXPORT RangeValidator<IntProperty>;
+extern template class VOKIT_EXPORT RangeValidator<UIntProperty>;
+extern template class VOKIT_EXPORT RangeValidator<U64Property>;
+extern template class VOKIT_EXPORT RangeValidator<FloatProperty>;
+extern template class VOKIT_EXPORT RangeValidator<DoubleProperty>;
 
 class VOKIT_EXPORT DefaultIntValidator : public RangeValidator<IntProperty>
 {

@@ -101,22 +101,23 @@ class VOKIT_EXPORT TimeProperty;
 class VOKIT_EXPORT DateTimeProperty;
 class VOKIT_EXPORT PropertySetProperty;
 
-// Compiled once, in the library.
-extern template class TypedProperty<IntProperty, int>;
-extern template class TypedProperty<S64Property, long long>;
-extern template class TypedProperty<UIntProperty, unsigned int>;
-extern template class TypedProperty<U64Property, unsigned long long>;
-extern template class TypedProperty<StringProperty, QString>;
-extern template class TypedProperty<StringListProperty, QStringList>;
-extern template class TypedProperty<FloatProperty, float>;
-extern template class TypedProperty<DoubleProperty, double>;
-extern template class TypedProperty<BoolProperty, bool>;
-extern template class TypedProperty<RectProperty, QRect>;
-extern template class TypedProperty<VariantProperty, QVariant>;
-extern template class TypedProperty<DateProperty, QDate>;
-extern template class TypedProperty<TimeProperty, QTime>;
-extern template class TypedProperty<DateTimeProperty, QDateTime>;
-extern template class TypedProperty<PropertySetProperty, PropertySet>;
+// Compiled once, in the library. Exported one by one: a template over QStringList, which Qt does not
+// export, would be hidden otherwise.
+extern template class VOKIT_EXPORT TypedProperty<IntProperty, int>;
+extern template class VOKIT_EXPORT TypedProperty<S64Property, long long>;
+extern template class VOKIT_EXPORT TypedProperty<UIntProperty, unsigned int>;
+extern template class VOKIT_EXPORT TypedProperty<U64Property, unsigned long long>;
+extern template class VOKIT_EXPORT TypedProperty<StringProperty, QString>;
+extern template class VOKIT_EXPORT TypedProperty<StringListProperty, QStringList>;
+extern template class VOKIT_EXPORT TypedProperty<FloatProperty, float>;
+extern template class VOKIT_EXPORT TypedProperty<DoubleProperty, double>;
+extern template class VOKIT_EXPORT TypedProperty<BoolProperty, bool>;
+extern template class VOKIT_EXPORT TypedProperty<RectProperty, QRect>;
+extern template class VOKIT_EXPORT TypedProperty<VariantProperty, QVariant>;
+extern template class VOKIT_EXPORT TypedProperty<DateProperty, QDate>;
+extern template class VOKIT_EXPORT TypedProperty<TimeProperty, QTime>;
+extern template class VOKIT_EXPORT TypedProperty<DateTimeProperty, QDateTime>;
+extern template class VOKIT_EXPORT TypedProperty<PropertySetProperty, PropertySet>;
 
 class VOKIT_EXPORT IntProperty : public TypedProperty<IntProperty, int>
 {

@@ -213,13 +213,19 @@ void tst_TypeTool::compare_data()
     QTest::addColumn<QVariant>("right");
     QTest::addColumn<int>("constants");
     QTest::addColumn<int>("order");
+    QTest::addColumn<bool>("signOnly");
     QTest::addColumn<bool>("ok");
     const auto row = [](const char *name, const V &left, const V &right, int order,
                         int constants = None) {
-        QTest::newRow(name) << left << right << constants << order << true;
+        QTest::newRow(name) << left << right << constants << order << false << true;
+    };
+    // Of texts only the sign is promised.
+    const auto texts = [](const char *name, const V &left, const V &right, int sign,
+                          int constants = None) {
+        QTest::newRow(name) << left << right << constants << sign << true << true;
     };
     const auto fails = [](const char *name, const V &left, const V &right) {
-        QTest::newRow(name) << left << right << int(None) << 0 << false;
+        QTest::newRow(name) << left << right << int(None) << 0 << false << false;
     };
 
     // Integers by their difference.
@@ -254,11 +260,11 @@ void tst_TypeTool::compare_data()
     row("ULongLong and UInt", 5ULL, 7u, -2);
 
     // No common type: as text.
-    row("Int and ULongLong properties: texts", -1, 5ULL, -8); // "-" and "5"
-    row("so 10 sorts before 9", 10, 9ULL, -8);
+    texts("Int and ULongLong properties: texts", -1, 5ULL, -1); // "-1" and "5"
+    texts("so 10 sorts before 9", 10, 9ULL, -1);
     row("a constant that fits meets as a number", -1, 5ULL, -6, Right);
-    row("a constant that doesn't fit: texts", -1, 2147483647ULL, -5, Right);
-    row("LongLong and ULongLong properties: texts", 10LL, 9ULL, -8);
+    texts("a constant that doesn't fit: texts", -3, 2147483647ULL, -1, Right);
+    texts("LongLong and ULongLong properties: texts", 10LL, 9ULL, -1);
 
     // Dates on the scale of microseconds.
     row("dates: same", QDate(2026, 3, 5), QDate(2026, 3, 5), 0);
@@ -280,28 +286,28 @@ void tst_TypeTool::compare_data()
     row("lists: the shorter is smaller", QVariantList{1}, QVariantList{1, 5}, gLeast);
     row("lists: the longer is greater", QVariantList{1, 5}, QVariantList{1}, gGreatest);
     row("lists: empty ones", QVariantList{}, QVariantList{}, 0);
-    row("string lists too", QStringList{"a"}, QVariantList{"b"}, -1);
+    row("string lists too", QStringList{"a"}, QVariantList{"a"}, 0);
     row("lists in lists", QVariantList{QVariantList{1}}, QVariantList{QVariantList{3}}, -2);
     fails("lists with items that can't be compared", QVariantList{V()}, QVariantList{1});
     row("a difference before that item decides", QVariantList{1, V()}, QVariantList{2, 1}, -1);
-    row("a list of one text against a text: as text", QStringList{"a"}, "a", 0);
+    texts("a list of one text against a text: as text", QStringList{"a"}, "a", 0);
     fails("a list and a text", QVariantList{"a"}, "a");
     fails("an empty string list and a text", QStringList(), "a");
 
     // Texts.
-    row("texts by code unit", "a", "b", -1);
-    row("texts: case counts", "a", "B", 31);
-    row("texts: a longer one", "ab", "a", 1);
-    row("texts: same", "same", QString("same"), 0);
-    row("a null text is an empty text", QString(), "", 0);
-    row("bool and int: texts", true, 1, 'true'[0] ? 'T' + 32 - '1' : 0);
-    row("bools: texts", true, true, 0);
-    row("a date and a text: the date's text", QDate(2026, 3, 5), "2026-03-05", 0);
-    row("a number and its text", 5, "5", 0);
-    row("a number and a text with a zero in front", 5, "05", 5);
-    row("bytes and text", QByteArray("a"), "a", 0);
-    row("a float is no number here: texts", V(1.5f), 1.5, 0);
-    row("a float whose text shows all digits", V(0.1f), 0.1, 1);
+    texts("texts by code unit", "a", "b", -1);
+    texts("texts: case counts", "a", "B", 1);
+    texts("texts: a longer one", "ab", "a", 1);
+    texts("texts: same", "same", QString("same"), 0);
+    texts("a null text is an empty text", QString(), "", 0);
+    texts("bool and int: texts", true, 1, 1);
+    texts("bools: texts", true, true, 0);
+    texts("a date and a text: the date's text", QDate(2026, 3, 5), "2026-03-05", 0);
+    texts("a number and its text", 5, "5", 0);
+    texts("a number and a text with a zero in front", 5, "05", 1);
+    texts("bytes and text", QByteArray("a"), "a", 0);
+    texts("a float is no number here: texts", V(1.5f), 1.5, 0);
+    texts("a float whose text shows all digits", V(0.1f), 0.1, 1);
 
     // Nothing to compare by.
     fails("invalid and int", V(), 5);
@@ -319,16 +325,11 @@ void tst_TypeTool::compare()
     QFETCH(QVariant, left);
     QFETCH(QVariant, right);
     QFETCH(int, constants);
-    QFETCH(int, order);
+    QFETCH(bool, signOnly);
     TypeTool tool = toolFor(constants);
-    const int actual = tool.compare(left, right);
+    const int order = tool.compare(left, right);
+    QTEST(signOnly ? (order > 0) - (order < 0) : order, "order");
     QTEST(tool.wasOK(), "ok");
-    // Of texts only the sign is promised.
-    const bool texts = left.type() == V::String || (right.type() == V::ULongLong && !constants);
-    if (texts)
-        QCOMPARE(actual < 0 ? -1 : actual > 0, order < 0 ? -1 : order > 0);
-    else
-        QCOMPARE(actual, order);
 }
 
 void tst_TypeTool::equals_data()
@@ -500,14 +501,14 @@ void tst_TypeTool::dateMicroSeconds_data()
     QTest::newRow("unsigned long long: wraps") << V(18446744073709551615ULL) << -1LL;
     QTest::newRow("double: days") << V(1.0) << day;
     QTest::newRow("double: truncated") << V(-1.5e-11) << -1LL;
-    QTest::newRow("double: too great") << V(1e30) << (long long)gLeast64;
-    QTest::newRow("double: NaN") << V(gNaN) << (long long)gLeast64;
+    QTest::newRow("double: too great") << V(1e30) << gLeast64;
+    QTest::newRow("double: NaN") << V(gNaN) << gLeast64;
     QTest::newRow("date") << V(QDate(1970, 1, 2)) << day;
     QTest::newRow("date before the epoch") << V(QDate(1969, 12, 31)) << -day;
     QTest::newRow("invalid date") << V(QDate()) << 0LL;
     QTest::newRow("a date far away wraps")
         << V(QDate::fromJulianDay(784354017364))
-        << (long long)((qulonglong)(784354017364 - 2440588) * (qulonglong)day);
+        << static_cast<long long>((784354017364ULL - 2440588ULL) * 86400000000ULL);
     QTest::newRow("time") << V(QTime(0, 0, 1)) << 1000000LL;
     QTest::newRow("time: the last of the day") << V(QTime(23, 59, 59, 999)) << day - 1000;
     QTest::newRow("invalid time") << V(QTime()) << 0LL;

@@ -20,7 +20,8 @@ class Recorder : public PropertyValidator
 public:
     explicit Recorder(QStringList *log)
         : m_log(log)
-    {}
+    {
+    }
     bool validate(PropertySet &set, BaseProperty &property) override
     {
         m_log->append(QString("%1 of %2").arg(property.name()).arg(set.count()));
@@ -87,8 +88,9 @@ void tst_PropertySet::addAndRemove()
 
 void tst_PropertySet::order()
 {
-    const PropertySet set = setOf({new IntProperty(QString(QChar(0xE9))), new IntProperty("b"),
-                                   new IntProperty("B"), new IntProperty(""), new IntProperty("a")});
+    const PropertySet set =
+        setOf({new IntProperty(QString(QChar(0xE9))), new IntProperty("b"), new IntProperty("B"),
+               new IntProperty(""), new IntProperty("a")});
     const QStringList names{"", "B", "a", "b", QString(QChar(0xE9))};
     QCOMPARE(set.allPropertyNames(), names);
     QStringList walked;
@@ -158,8 +160,7 @@ void tst_PropertySet::equality_data()
         << five << one(new IntProperty("a", "x", 5)) << true;
     QTest::newRow("other value") << five << one(new IntProperty("a", "", 6)) << false;
     QTest::newRow("other name") << five << one(new IntProperty("b", "", 5)) << false;
-    QTest::newRow("one more") << five
-                              << setOf({new IntProperty("a", "", 5), new IntProperty("b")})
+    QTest::newRow("one more") << five << setOf({new IntProperty("a", "", 5), new IntProperty("b")})
                               << false;
     QTest::newRow("an int and its text: the right side is converted")
         << five << one(new StringProperty("a", "", "5")) << true;
@@ -222,8 +223,8 @@ void tst_PropertySet::dump()
 {
     QCOMPARE(dumped(PropertySet()), gHeavyRule + "\n" + gHeavyRule);
     PropertySet set = setOf({new BoolProperty("b", "second", true), new IntProperty("a")});
-    QCOMPARE(dumped(set), gHeavyRule + "\n" + dumped(set["a"]) + "\n" + dumped(set["b"]) + "\n"
-                              + gHeavyRule);
+    QCOMPARE(dumped(set),
+             gHeavyRule + "\n" + dumped(set["a"]) + "\n" + dumped(set["b"]) + "\n" + gHeavyRule);
     QString text;
     QTextStream stream(&text);
     QCOMPARE(&set.dump(stream), &stream);

@@ -55,11 +55,11 @@ BaseProperty *make(const QString &type)
     return new IllegalProperty;
 }
 
-const QStringList gTypes{"IntProperty",        "S64Property",      "UIntProperty",
-                         "U64Property",        "StringProperty",   "StringListProperty",
-                         "FloatProperty",      "DoubleProperty",   "BoolProperty",
-                         "RectProperty",       "VariantProperty",  "DateProperty",
-                         "TimeProperty",       "DateTimeProperty", "PropertySetProperty"};
+const QStringList gTypes{"IntProperty",   "S64Property",      "UIntProperty",
+                         "U64Property",   "StringProperty",   "StringListProperty",
+                         "FloatProperty", "DoubleProperty",   "BoolProperty",
+                         "RectProperty",  "VariantProperty",  "DateProperty",
+                         "TimeProperty",  "DateTimeProperty", "PropertySetProperty"};
 
 QVariantMap map(const char *key, const QVariant &value)
 {
@@ -73,8 +73,8 @@ QString thrown(Call call)
     try {
         call();
     } catch (const vo::UnexpectedTypeException &e) {
-        return QStringList{e.name(), e.actualType(), e.expectedType(), e.message()}.join('|')
-               + (e.cause() ? "|cause" : "");
+        return QStringList{e.name(), e.actualType(), e.expectedType(), e.message()}.join('|') +
+               (e.cause() ? "|cause" : "");
     }
     return "none";
 }
@@ -98,9 +98,9 @@ struct HasTypedDoor : std::false_type
 {
 };
 template <typename Property>
-struct HasTypedDoor<Property, std::void_t<decltype(Property::getValue(
-                                              std::declval<const BaseProperty &>(),
-                                              std::declval<typename Property::Value>()))>>
+struct HasTypedDoor<
+    Property, std::void_t<decltype(Property::getValue(std::declval<const BaseProperty &>(),
+                                                      std::declval<typename Property::Value>()))>>
     : std::true_type
 {
 };
@@ -283,8 +283,7 @@ void tst_TypedProperties::variantValue_data()
     QTest::newRow("rect") << "RectProperty" << int(QMetaType::QRect)
                           << QVariant(QRect(1, 2, 30, 40));
     QTest::newRow("variant") << "VariantProperty" << int(QMetaType::Int) << QVariant(7);
-    QTest::newRow("date") << "DateProperty" << int(QMetaType::QDate)
-                          << QVariant(QDate(2026, 3, 5));
+    QTest::newRow("date") << "DateProperty" << int(QMetaType::QDate) << QVariant(QDate(2026, 3, 5));
     QTest::newRow("time") << "TimeProperty" << int(QMetaType::QTime) << QVariant(QTime(9, 8, 7, 6));
     QTest::newRow("date and time")
         << "DateTimeProperty" << int(QMetaType::QDateTime)
@@ -383,8 +382,8 @@ void tst_TypedProperties::setVariantValue()
 
 void tst_TypedProperties::setVariantValueOfEmbeddedSet()
 {
-    PropertySet inner = setOf({new IntProperty("a", "", 1), new IntProperty("b", "", 2),
-                               new IntProperty("c", "", 3)});
+    PropertySet inner = setOf(
+        {new IntProperty("a", "", 1), new IntProperty("b", "", 2), new IntProperty("c", "", 3)});
     PropertySetProperty property("p", "", inner);
     QVERIFY(!property.setVariantValue(
         QVariantMap{{"a", 10}, {"aa", "unknown"}, {"b", QVariantList{}}, {"c", 30}}));
@@ -396,35 +395,47 @@ void tst_TypedProperties::setVariantValueOfEmbeddedSet()
     PropertySetProperty outer("o", "", setOf({new PropertySetProperty("p", "", inner)}));
     QVERIFY(outer.setVariantValue(map("p", map("a", 7))));
     QCOMPARE(IntProperty::getValue(inner["a"], 0), 7);
-    QCOMPARE(outer.variantValue(),
-             QVariant(map("p", QVariantMap{{"a", 7}, {"b", 20}, {"c", 30}})));
+    QCOMPARE(outer.variantValue(), QVariant(map("p", QVariantMap{{"a", 7}, {"b", 20}, {"c", 30}})));
 }
 
 void tst_TypedProperties::dump_data()
 {
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("valueLine");
-    QTest::newRow("int") << "IntProperty" << "Property value: -5\n";
-    QTest::newRow("S64") << "S64Property" << "Property value: -5000000000\n";
-    QTest::newRow("uint") << "UIntProperty" << "Property value: 4000000000\n";
-    QTest::newRow("U64") << "U64Property" << "Property value: 18446744073709551615\n";
-    QTest::newRow("string") << "StringProperty" << "Property value: some text\n";
-    QTest::newRow("list") << "StringListProperty" << "Property value: a,,b\n";
-    QTest::newRow("float") << "FloatProperty" << "Property value: 1.5\n";
-    QTest::newRow("double: six digits") << "DoubleProperty" << "Property value: 0.333333\n";
-    QTest::newRow("bool is a digit") << "BoolProperty" << "Property value: 1\n";
-    QTest::newRow("rect") << "RectProperty" << "Property value: (1,2,30,40)\n";
-    QTest::newRow("variant") << "VariantProperty" << "Property value: 7\n";
-    QTest::newRow("date") << "DateProperty" << "Property value: Thu Mar 5 2026\n";
-    QTest::newRow("time") << "TimeProperty" << "Property value: 09:08:07\n";
-    QTest::newRow("date and time")
-        << "DateTimeProperty" << "Property value: Thu Mar 5 09:08:07 2026 GMT\n";
+    QTest::newRow("int") << "IntProperty"
+                         << "Property value: -5\n";
+    QTest::newRow("S64") << "S64Property"
+                         << "Property value: -5000000000\n";
+    QTest::newRow("uint") << "UIntProperty"
+                          << "Property value: 4000000000\n";
+    QTest::newRow("U64") << "U64Property"
+                         << "Property value: 18446744073709551615\n";
+    QTest::newRow("string") << "StringProperty"
+                            << "Property value: some text\n";
+    QTest::newRow("list") << "StringListProperty"
+                          << "Property value: a,,b\n";
+    QTest::newRow("float") << "FloatProperty"
+                           << "Property value: 1.5\n";
+    QTest::newRow("double: six digits") << "DoubleProperty"
+                                        << "Property value: 0.333333\n";
+    QTest::newRow("bool is a digit") << "BoolProperty"
+                                     << "Property value: 1\n";
+    QTest::newRow("rect") << "RectProperty"
+                          << "Property value: (1,2,30,40)\n";
+    QTest::newRow("variant") << "VariantProperty"
+                             << "Property value: 7\n";
+    QTest::newRow("date") << "DateProperty"
+                          << "Property value: Thu Mar 5 2026\n";
+    QTest::newRow("time") << "TimeProperty"
+                          << "Property value: 09:08:07\n";
+    QTest::newRow("date and time") << "DateTimeProperty"
+                                   << "Property value: Thu Mar 5 09:08:07 2026 GMT\n";
     const QString heavy = "=======================================";
     QTest::newRow("set") << "PropertySetProperty"
-                         << "Embedded property set: \n" + heavy
-                                + "\nProperty name: inner\nProperty description: \n"
-                                  "Property value: 3\n"
-                                + gRule + "\n" + heavy + "\n";
+                         << "Embedded property set: \n" + heavy +
+                                "\nProperty name: inner\nProperty description: \n"
+                                "Property value: 3\n" +
+                                gRule + "\n" + heavy + "\n";
 }
 
 void tst_TypedProperties::dump()

@@ -104,7 +104,8 @@ public:
         , m_constant(constant)
         , m_log(log)
         , m_action(action)
-    {}
+    {
+    }
 
     QVariant evaluate(const vogen::PropertySet & /*properties*/, bool *isConstant) const override
     {

@@ -50,8 +50,7 @@ void tst_TimeConversions::fromCounts_data()
     const QDateTime beforeWrap = utc("2106-02-07T06:28:11"); // -5 seconds, cut to 32 bits
     const long long least = std::numeric_limits<long long>::min();
 
-    QTest::newRow("milliseconds: below a second is dropped")
-        << vo::fromMilliSeconds(1999) << first;
+    QTest::newRow("milliseconds: below a second is dropped") << vo::fromMilliSeconds(1999) << first;
     QTest::newRow("milliseconds: zero") << vo::fromMilliSeconds(0) << utc("1970-01-01T00:00:00");
     QTest::newRow("milliseconds: negative is cut to 32 bits")
         << vo::fromMilliSeconds(-5000) << beforeWrap;
@@ -123,8 +122,9 @@ void tst_TimeConversions::toCounts_data()
         << utc("1969-12-31T23:59:59.500") << 500LL;
     QTest::newRow("invalid: its millisecond is -1") << QDateTime() << 4294967294999LL;
     // Half past four in the zone of this test.
-    QTest::newRow("local time")
-        << QDateTime(QDate(2026, 6, 21), QTime(5, 30, 0, 123), Qt::LocalTime) << 1782000000123LL;
+    QTest::newRow("local time") << QDateTime(QDate(2026, 6, 21), QTime(5, 30, 0, 123),
+                                             Qt::LocalTime)
+                                << 1782000000123LL;
     QTest::newRow("with an offset")
         << QDateTime(QDate(2026, 6, 21), QTime(2, 0, 0, 123), Qt::OffsetFromUTC, 7200)
         << 1782000000123LL;

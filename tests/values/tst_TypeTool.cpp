@@ -278,8 +278,7 @@ void tst_TypeTool::compare_data()
     row("time and long long: microseconds", QTime(0, 0, 0, 1), 1000LL, 0);
     row("double and date: days", 1.0, QDate(1970, 1, 2), 0);
     row("number on the left", 0, QDate(1970, 1, 2), gLeast);
-    row("a local time and its UTC", QDateTime(QDate(2026, 3, 5), QTime(5, 30)), utc(2026, 3, 5),
-        0);
+    row("a local time and its UTC", QDateTime(QDate(2026, 3, 5), QTime(5, 30)), utc(2026, 3, 5), 0);
 
     // Lists.
     row("lists: item by item", QVariantList{1, 2}, QVariantList{1, 5}, -3);
@@ -391,8 +390,8 @@ void tst_TypeTool::compareList_data()
     QTest::newRow("both empty") << QVariantList{} << QVariantList{} << 0 << true;
     QTest::newRow("empty and longer") << QVariantList{} << QVariantList{1} << gLeast << true;
     QTest::newRow("longer and empty") << QVariantList{1} << QVariantList{} << gGreatest << true;
-    QTest::newRow("the first difference") << QVariantList{1, 5, 9} << QVariantList{1, 3, 100} << 2
-                                          << true;
+    QTest::newRow("the first difference")
+        << QVariantList{1, 5, 9} << QVariantList{1, 3, 100} << 2 << true;
     QTest::newRow("the same") << QVariantList{1, "a"} << QVariantList{1, "a"} << 0 << true;
     QTest::newRow("an item that can't be compared ends it")
         << QVariantList{V(), 1} << QVariantList{V(), 2} << 0 << false;
@@ -456,8 +455,7 @@ void tst_TypeTool::invertString_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("inverted");
     QTest::newRow("empty: the mark alone") << QString() << units({0xFFFF});
-    QTest::newRow("complements and the mark")
-        << QString("ab") << units({0xFF9E, 0xFF9D, 0xFFFF});
+    QTest::newRow("complements and the mark") << QString("ab") << units({0xFF9E, 0xFF9D, 0xFFFF});
     QTest::newRow("not its own inverse: the mark stays")
         << units({0xFF9E, 0xFF9D, 0xFFFF}) << units({'a', 'b', 0xFFFF});
     QTest::newRow("a zero becomes the mark's code, but is none")
@@ -513,8 +511,7 @@ void tst_TypeTool::dateMicroSeconds_data()
     QTest::newRow("time: the last of the day") << V(QTime(23, 59, 59, 999)) << day - 1000;
     QTest::newRow("invalid time") << V(QTime()) << 0LL;
     QTest::newRow("date and time") << V(utc(1970, 1, 2, 0, 0, 5)) << day + 5000;
-    QTest::newRow("local date and time")
-        << V(QDateTime(QDate(1970, 1, 1), QTime(5, 30))) << 0LL;
+    QTest::newRow("local date and time") << V(QDateTime(QDate(1970, 1, 1), QTime(5, 30))) << 0LL;
     QTest::newRow("invalid date and time") << V(QDateTime()) << noDate;
     QTest::newRow("text as Qt::TextDate") << V("Fri Jan 2 00:00:01 1970 GMT") << day + 1000000;
     QTest::newRow("text that is no date") << V("2026-03-05") << noDate;

@@ -1,0 +1,10 @@
+#pragma once
+
+namespace client {
+
+inline int ownHeader()
+{
+    return 5;
+}
+
+} // namespace client

@@ -101,8 +101,8 @@ class VOKIT_EXPORT TimeProperty;
 class VOKIT_EXPORT DateTimeProperty;
 class VOKIT_EXPORT PropertySetProperty;
 
-// Compiled once, in the library. Exported one by one: a template over QStringList, which Qt does not
-// export, would be hidden otherwise.
+// Compiled once, in the library. Exported one by one, or a template over QStringList, which Qt does
+// not export, would stay hidden.
 extern template class VOKIT_EXPORT TypedProperty<IntProperty, int>;
 extern template class VOKIT_EXPORT TypedProperty<S64Property, long long>;
 extern template class VOKIT_EXPORT TypedProperty<UIntProperty, unsigned int>;

@@ -59,6 +59,20 @@ public:
     QVariant variantValue() const override { return 42; }
 };
 
+// One that derives from the abstract base alone.
+class Fixed : public BaseProperty
+{
+public:
+    Fixed()
+        : BaseProperty("fixed", QString(), boost::shared_ptr<PropertyValidator>())
+    {
+    }
+    QString type() const override { return "Fixed"; }
+    QTextStream &dump(QTextStream &stream) const override { return stream; }
+    QVariant variantValue() const override { return 43; }
+    bool setVariantValue(const QVariant & /*value*/) override { return false; }
+};
+
 template <class Base>
 class NeverTrue : public Base
 {
@@ -247,6 +261,8 @@ void tst_Expression::clientPropertiesKeepTheirValue()
     QCOMPARE(evaluated(ref("a"), set), QString("int:42"));
     QCOMPARE(evaluated(ref("a") == literal(42), set), QString("bool:true"));
     QCOMPARE(evaluated(ElementOf(ref("a")).append(QVariant(42)), set), QString("bool:true"));
+
+    QCOMPARE(evaluated(ref("fixed") == literal(43), setOf({new Fixed})), QString("bool:true"));
 
     const PropertySet nested =
         setOf({new PropertySetProperty("s", "", set), new VariantProperty("v", "", 5)});

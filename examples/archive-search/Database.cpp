@@ -1,0 +1,143 @@
+#include "Database.h"
+
+#include "Failure.h"
+#include "Recording.h"
+
+#include <QDir>
+#include <QSqlError>
+#include <QStringList>
+
+using vogen::Expression;
+using vogen::ExpressionHandle;
+
+namespace {
+
+// Absolute, since SQLite reads ":memory:" and "file:x" differently. QFileInfo would leave both as
+// they are: to Qt, what begins with a colon is a resource.
+QString sqliteName(const QString &file)
+{
+    if (file.isEmpty())
+        return QStringLiteral(":memory:");
+    return file.startsWith(QLatin1Char('/')) ? file : QDir::currentPath() + QLatin1Char('/') + file;
+}
+
+QString bindable(const ExpressionHandle &expression)
+{
+    return expression->toString(Expression::PrintSql | Expression::PrintPlaceholders);
+}
+
+} // namespace
+
+Database::Database(const QString &file)
+    : m_label(file.isEmpty() ? QStringLiteral("in memory")
+                             : QLatin1Char('\'') + file + QLatin1Char('\''))
+    , m_database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE")))
+{
+    m_database.setDatabaseName(sqliteName(file));
+    if (!m_database.open())
+        fail(m_database.lastError());
+    if (!m_database.transaction())
+        fail(m_database.lastError());
+    makeTable();
+}
+
+Database::~Database()
+{
+    m_insert = QSqlQuery();
+    m_database.close();
+}
+
+void Database::insert(qlonglong id, const vogen::PropertySet &recording)
+{
+    int place = 0;
+    m_insert.bindValue(place, id);
+    for (const Column &column : recordingColumns())
+        m_insert.bindValue(++place, toSqlValue(recording[column.name].variantValue()));
+    execute(m_insert);
+}
+
+void Database::commit()
+{
+    m_insert.finish();
+    if (!m_database.commit())
+        fail(m_database.lastError());
+}
+
+void Database::select(const ExpressionHandle &filter, const std::function<void(qlonglong)> &found)
+{
+    QString statement = QStringLiteral("SELECT id FROM recordings");
+    if (!filter->isEmpty())
+        statement += QLatin1String(" WHERE ") + bindable(filter);
+    QSqlQuery query = run(statement, filter->collectPlaceholders());
+    while (query.next())
+        found(query.value(0).toLongLong());
+    if (query.lastError().isValid())
+        fail(query.lastError());
+}
+
+QVariant Database::evaluate(const ExpressionHandle &expression, qlonglong id)
+{
+    const QString statement =
+        QStringLiteral("SELECT %1 FROM recordings WHERE id = ?").arg(bindable(expression));
+    QSqlQuery query = run(statement, expression->collectPlaceholders() << id);
+    return query.next() && !query.isNull(0) ? query.value(0) : QVariant();
+}
+
+vogen::PropertySet Database::recording(qlonglong id)
+{
+    QStringList names;
+    for (const Column &column : recordingColumns())
+        names.append(column.name);
+    const QString statement =
+        QStringLiteral("SELECT %1 FROM recordings WHERE id = ?").arg(names.join(QLatin1Char(',')));
+    QSqlQuery query = run(statement, {id});
+    std::vector<QVariant> values;
+    if (query.next()) {
+        for (int i = 0; i < names.size(); ++i)
+            values.push_back(query.value(i));
+    }
+    return recordingFromSql(values);
+}
+
+void Database::makeTable()
+{
+    QString columns = QStringLiteral("id INTEGER PRIMARY KEY");
+    QString places = QStringLiteral("?");
+    for (const Column &column : recordingColumns()) {
+        columns +=
+            QStringLiteral(", %1 %2 NOT NULL").arg(column.name, QLatin1String(column.sqlType));
+        places += QLatin1String(", ?");
+    }
+    run(QStringLiteral("DROP TABLE IF EXISTS recordings"));
+    run(QStringLiteral("CREATE TABLE recordings (%1)").arg(columns));
+    m_insert = QSqlQuery(m_database);
+    prepare(m_insert, QStringLiteral("INSERT INTO recordings VALUES (%1)").arg(places));
+}
+
+void Database::prepare(QSqlQuery &query, const QString &statement) const
+{
+    query.setForwardOnly(true);
+    if (!query.prepare(statement))
+        fail(query.lastError());
+}
+
+void Database::execute(QSqlQuery &query) const
+{
+    if (!query.exec())
+        fail(query.lastError());
+}
+
+QSqlQuery Database::run(const QString &statement, const QList<QVariant> &values) const
+{
+    QSqlQuery query(m_database);
+    prepare(query, statement);
+    for (const QVariant &value : values)
+        query.addBindValue(value);
+    execute(query);
+    return query;
+}
+
+void Database::fail(const QSqlError &error) const
+{
+    throw Failure(QStringLiteral("cannot use database %1: %2").arg(m_label, error.databaseText()));
+}

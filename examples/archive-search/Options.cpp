@@ -1,0 +1,143 @@
+#include "Options.h"
+
+#include "Failure.h"
+#include "OptionValues.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+namespace {
+
+const char gDescription[] =
+    R"(Finds files twice, by a filter in memory and by the same filter as SQL in SQLite, and compares.
+
+SIZE is a number of bytes, or one with K, M, G or T behind it: 4096, 10K, 1.5M.
+DATE is 2026-03-05 or 2026-03-05T10:00, local time unless a zone follows: 2026-03-05T10:00:00Z.
+It lies between 1970 and 2106; a file's date outside counts as 2106-02-07.
+
+Exit codes:
+  0  done
+  1  done, but memory and SQLite disagree on some rows
+  2  wrong use, or a folder, a database or an output that can't be used
+  3  done, but some entries could not be read)";
+
+void addOptions(QCommandLineParser &parser)
+{
+    parser.addOptions({
+        {"name", "Files of this name; may be given again.", "NAME"},
+        {"extension",
+         "Files with one of these extensions, such as mp4,avi; an empty one stands "
+         "for files that have none.",
+         "LIST"},
+        {"min-size", "Files of this size or larger.", "SIZE"},
+        {"max-size", "Files of this size or smaller.", "SIZE"},
+        {"newer-than", "Files modified after this date.", "DATE"},
+        {"older-than", "Files modified before this date.", "DATE"},
+        {"max-age",
+         "Files modified at most so many days ago. In memory, numbers with a "
+         "fraction that differ by less than 1 are the same; SQLite is exact.",
+         "DAYS"},
+        {"not-hidden", "Files whose path has no part that begins with a dot."},
+        {"any", "One condition is enough (OR); else all (AND)."},
+        {"database",
+         "Keep the rows in table \"recordings\" of this SQLite file, in place of "
+         "the table's old rows.",
+         "FILE"},
+        {"limit", "List so many matches; 10 if not given.", "N"},
+        {"json", "Print one JSON object."},
+        {"quiet", "No progress bar."},
+        {{"h", "help"}, "Print this help."},
+        {{"v", "version"}, "Print the version."},
+    });
+}
+
+QString answerTo(const QCommandLineParser &parser)
+{
+    if (parser.isSet("help"))
+        return parser.helpText();
+    if (parser.isSet("version")) {
+        return QStringLiteral("%1 %2\n").arg(QCoreApplication::applicationName(),
+                                             QCoreApplication::applicationVersion());
+    }
+    return {};
+}
+
+QStringList splitExtensions(const QStringList &lists)
+{
+    QStringList extensions;
+    for (const QString &list : lists) {
+        const QStringList parts = list.split(QLatin1Char(','));
+        for (const QString &part : parts)
+            extensions += part.mid(part.startsWith(QLatin1Char('.')) ? 1 : 0);
+    }
+    return extensions;
+}
+
+template <typename Value>
+std::optional<Value> valueOf(const QCommandLineParser &parser, const QString &option,
+                             Value (*parse)(const QString &))
+{
+    if (!parser.isSet(option))
+        return {};
+    return parse(parser.value(option));
+}
+
+// Decoding loses a name that isn't UTF-8, so the bytes are fetched from where the text came from.
+QByteArray asTyped(const QString &argument, int argc, const char *const *argv)
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    const int index = arguments.lastIndexOf(argument);
+    return index > 0 && index < argc ? QByteArray(argv[index]) : argument.toUtf8();
+}
+
+QString databaseFile(const QCommandLineParser &parser)
+{
+    QString file = parser.value("database");
+    if (parser.isSet("database") && file.isEmpty())
+        throw Failure(QStringLiteral("--database needs the name of a file"));
+    if (file.contains(QChar(QChar::ReplacementCharacter)))
+        throw Failure(QStringLiteral("cannot use database '%1': the name is not UTF-8").arg(file));
+    return file;
+}
+
+QByteArray folderArgument(const QCommandLineParser &parser, int argc, const char *const *argv)
+{
+    const QStringList folders = parser.positionalArguments();
+    if (folders.size() != 1) {
+        throw Failure(QStringLiteral("one folder is needed, %1 are given; --help tells more")
+                          .arg(folders.size()));
+    }
+    return asTyped(folders.first(), argc, argv);
+}
+
+} // namespace
+
+Options parseOptions(int argc, const char *const *argv)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QLatin1String(gDescription));
+    parser.addPositionalArgument("FOLDER", "The folder to search.");
+    addOptions(parser);
+    if (!parser.parse(QCoreApplication::arguments()))
+        throw Failure(parser.errorText());
+
+    Options options;
+    options.answer = answerTo(parser);
+    if (!options.answer.isEmpty())
+        return options;
+    options.folder = folderArgument(parser, argc, argv);
+    options.names = parser.values("name");
+    options.extensions = splitExtensions(parser.values("extension"));
+    options.minSize = valueOf(parser, "min-size", &parseSize);
+    options.maxSize = valueOf(parser, "max-size", &parseSize);
+    options.newerThan = valueOf(parser, "newer-than", &parseDate);
+    options.olderThan = valueOf(parser, "older-than", &parseDate);
+    options.maxAge = valueOf(parser, "max-age", &parseDays);
+    options.notHidden = parser.isSet("not-hidden");
+    options.any = parser.isSet("any");
+    options.database = databaseFile(parser);
+    options.limit = valueOf(parser, "limit", &parseCount).value_or(options.limit);
+    options.json = parser.isSet("json");
+    options.quiet = parser.isSet("quiet");
+    return options;
+}

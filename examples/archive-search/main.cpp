@@ -1,0 +1,104 @@
+#include "Database.h"
+#include "Failure.h"
+#include "Filter.h"
+#include "FolderWalk.h"
+#include "JsonReport.h"
+#include "Options.h"
+#include "PrintableText.h"
+#include "Search.h"
+#include "TextReport.h"
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+namespace {
+
+enum ExitCode { Done = 0, Disagreeing = 1, Unusable = 2, Incomplete = 3 };
+
+// A standard stream that came in closed would give its number to the next thing that is opened,
+// and a report would be written into that.
+void occupyStandardStreams()
+{
+    int descriptor = STDIN_FILENO;
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
+        descriptor = ::open("/dev/null", O_RDWR);
+    if (descriptor > STDERR_FILENO)
+        ::close(descriptor);
+}
+
+void writeOutput(const QByteArray &text)
+{
+    const auto size = static_cast<size_t>(text.size());
+    if (std::fwrite(text.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0)
+        return;
+    // A reader that has gone away wants no more, and no complaint either.
+    if (errno != EPIPE) {
+        const std::string reason = std::generic_category().message(errno);
+        throw Failure(
+            QStringLiteral("cannot write the output: %1").arg(QString::fromStdString(reason)));
+    }
+}
+
+void warn(const QString &message)
+{
+    const QByteArray line = printable(QStringLiteral("archive-search: ") + message).toUtf8();
+    std::fprintf(stderr, "%s\n", line.constData());
+}
+
+void warnOfSkipped(const SkippedEntries &skipped)
+{
+    for (const QString &message : skipped.messages)
+        warn(message);
+    if (skipped.count > skipped.messages.size())
+        warn(QStringLiteral("and %1 more").arg(skipped.count - skipped.messages.size()));
+}
+
+ExitCode exitCode(const SearchResult &result)
+{
+    if (result.disagreementCount > 0)
+        return Disagreeing;
+    return result.skipped.count > 0 ? Incomplete : Done;
+}
+
+ExitCode run(const Options &options)
+{
+    const Filter filter(options);
+    FolderWalk walk(options.folder, FolderWalk::Detail::Status);
+    Database database(options.database); // behind the walk: a wrong folder must not cost the table
+    if (!options.json)
+        writeOutput(filterText(filter).toUtf8());
+
+    const SearchResult result = search(options, filter, walk, database);
+    warnOfSkipped(result.skipped);
+    writeOutput(options.json ? jsonReport(filter, result) : resultText(result).toUtf8());
+    return exitCode(result);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    occupyStandardStreams();
+    // Names are UTF-8 here whatever the locale says, in arguments as on the disk.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("archive-search"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("0.1.0"));
+    try {
+        const Options options = parseOptions(argc, argv);
+        if (options.answer.isEmpty())
+            return run(options);
+        writeOutput(options.answer.toUtf8());
+        return Done;
+    } catch (const Failure &failure) {
+        warn(failure.message());
+        return Unusable;
+    }
+}

@@ -1,0 +1,127 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <fcntl.h>
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+/// What archive-search did: all that a caller sees of it.
+struct ProgramRun
+{
+    int exitCode = -1; ///< -1 for a crash
+    QByteArray output;
+    QByteArray errors;
+    QJsonObject json;
+
+    QJsonArray array(const char *key) const { return json.value(QLatin1String(key)).toArray(); }
+    qint64 number(const char *key) const
+    {
+        return json.value(QLatin1String(key)).toVariant().toLongLong();
+    }
+
+    /// The paths of the listed matches, sorted: the order of a walk is the file system's.
+    QStringList paths() const
+    {
+        QStringList result;
+        const QJsonArray matches = array("matches");
+        for (const QJsonValue &match : matches)
+            result.append(match.toObject().value(QStringLiteral("path")).toString());
+        result.sort();
+        return result;
+    }
+};
+
+/// A process that permissions bind even when root runs the tests.
+class BoundProcess : public QProcess
+{
+protected:
+    void setupChildProcess() override
+    {
+        ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
+        ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
+    }
+};
+
+inline ProgramRun resultOf(QProcess &process, const QString &program, const QStringList &arguments)
+{
+    ProgramRun run;
+    process.start(program, arguments);
+    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
+        return run;
+    run.exitCode = process.exitCode();
+    run.output = process.readAllStandardOutput();
+    run.errors = process.readAllStandardError();
+    run.json = QJsonDocument::fromJson(run.output).object();
+    return run;
+}
+
+inline ProgramRun runProgram(const QStringList &arguments)
+{
+    BoundProcess process;
+    return resultOf(process, QStringLiteral(ARCHIVE_SEARCH), arguments);
+}
+
+/// The script finds the program in $0, and the arguments in $1 and so on.
+inline ProgramRun runScript(const char *script, const QStringList &arguments)
+{
+    BoundProcess process;
+    return resultOf(process, QStringLiteral("/bin/sh"),
+                    QStringList{"-c", script, ARCHIVE_SEARCH} + arguments);
+}
+
+/// A temporary folder with files of given names, sizes and dates.
+class Tree
+{
+public:
+    Tree()
+    {
+        if (!m_folder.isValid())
+            qFatal("no temporary folder: %s", qPrintable(m_folder.errorString()));
+    }
+    // By "rm", since Qt doesn't find the names that aren't UTF-8.
+    ~Tree() { QProcess::execute("rm", {"-rf", "--", path()}); }
+    Tree(const Tree &) = delete;
+    Tree &operator=(const Tree &) = delete;
+
+    QString path(const QString &name = QString()) const { return m_folder.filePath(name); }
+
+    /// Makes the folders above it as well. The name is in the bytes of the file system.
+    void addFile(const QByteArray &name, qint64 size = 0, qint64 modifiedMilliseconds = 0) const
+    {
+        const QByteArray file = bytes(name);
+        QDir().mkpath(path(QFileInfo(QString::fromUtf8(name)).path()));
+        const int descriptor = ::open(file.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0640);
+        QVERIFY2(descriptor >= 0 && ::ftruncate(descriptor, size) == 0, file.constData());
+        const timespec time{modifiedMilliseconds / 1000, modifiedMilliseconds % 1000 * 1000000};
+        const timespec times[] = {time, time};
+        QCOMPARE(::futimens(descriptor, times), 0);
+        ::close(descriptor);
+    }
+
+    void addLink(const char *target, const QByteArray &name) const
+    {
+        QCOMPARE(::symlink(target, bytes(name).constData()), 0);
+    }
+
+    void setMode(const QByteArray &name, mode_t mode) const
+    {
+        QCOMPARE(::chmod(bytes(name).constData(), mode), 0);
+    }
+
+    QByteArray bytes(const QByteArray &name) const { return path().toUtf8() + '/' + name; }
+
+private:
+    QTemporaryDir m_folder;
+};

@@ -6,8 +6,7 @@ ExceptionQt::ExceptionQt(const QString &message, const ExceptionQt *cause)
     : m_message(message)
     , m_what(message.toUtf8())
     , m_cause(cause)
-{
-}
+{}
 
 ExceptionQt::~ExceptionQt() = default;
 

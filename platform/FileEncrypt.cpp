@@ -6,8 +6,7 @@ FileEncrypt::FileEncrypt() = default;
 
 FileEncrypt::FileEncrypt(const QString &name)
     : QFile(name)
-{
-}
+{}
 
 FileEncrypt::~FileEncrypt() = default;
 

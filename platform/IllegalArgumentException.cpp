@@ -6,8 +6,7 @@ IllegalArgumentException::IllegalArgumentException(const QString &argument, cons
                                                    const ExceptionQt *cause)
     : ExceptionQt(message, cause)
     , m_argument(argument)
-{
-}
+{}
 
 IllegalArgumentException::~IllegalArgumentException() = default;
 

@@ -8,8 +8,7 @@ UnexpectedTypeException::UnexpectedTypeException(const QString &name, const QStr
     : IllegalArgumentException(name, message, cause)
     , m_actualType(actualType)
     , m_expectedType(expectedType)
-{
-}
+{}
 
 UnexpectedTypeException::~UnexpectedTypeException() = default;
 

@@ -11,8 +11,7 @@ class Failure : public std::runtime_error
 public:
     explicit Failure(const QString &message)
         : std::runtime_error(message.toStdString())
-    {
-    }
+    {}
 
     QString message() const { return QString::fromUtf8(what()); }
 };

@@ -86,8 +86,7 @@ const std::array<NamedStyle, 4> gStyles = {{
 Filter::Filter(const Options &options)
     : m_conditions(conditionsFrom(options))
     , m_expression(joined(m_conditions, options.any ? BooleanOperator::Or : BooleanOperator::And))
-{
-}
+{}
 
 bool Filter::matches(const vogen::PropertySet &recording) const
 {

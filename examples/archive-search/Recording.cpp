@@ -102,8 +102,7 @@ const std::vector<Column> &recordingColumns()
 
 RecordingMaker::RecordingMaker()
     : m_start(QDateTime::currentMSecsSinceEpoch())
-{
-}
+{}
 
 PropertySet RecordingMaker::make(const WalkEntry &entry)
 {

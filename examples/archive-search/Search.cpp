@@ -47,8 +47,7 @@ Searcher::Searcher(const Options &options, const Filter &filter, Database &datab
     : m_options(options)
     , m_filter(filter)
     , m_database(database)
-{
-}
+{}
 
 void Searcher::readRows(FolderWalk &walk)
 {

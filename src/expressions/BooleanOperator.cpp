@@ -34,8 +34,7 @@ BooleanOperator::BooleanOperator(ExpressionHandle left, BoolOp operation, Expres
 
 BooleanOperator::BooleanOperator(BoolOp operation)
     : op(operation)
-{
-}
+{}
 
 BooleanOperator::~BooleanOperator() = default;
 

@@ -83,8 +83,7 @@ Comparator::Comparator(ExpressionHandle left, CompOp operation, ExpressionHandle
 
 Comparator::Comparator(CompOp operation)
     : op(operation)
-{
-}
+{}
 
 Comparator::~Comparator() = default;
 

@@ -21,8 +21,7 @@ constexpr qint32 gRecordVersion = 1;
 ConstExpression::ConstExpression(const QVariant &literal, bool bindable)
     : value(literal)
     , placeholder(bindable)
-{
-}
+{}
 
 ConstExpression::~ConstExpression() = default;
 

@@ -38,11 +38,6 @@ static const ExpressionHandle gEmpty{ExpressionList()};
 
 Expression::Expression() = default;
 
-Expression::Expression(const Expression & /*other*/)
-    : QSharedData()
-{
-}
-
 Expression &Expression::operator=(const Expression & /*other*/)
 {
     return *this;
@@ -132,13 +127,11 @@ Truth Expression::truth(const PropertySet &properties, bool *isConstant) const
 
 ExpressionHandle::ExpressionHandle()
     : d(gEmpty.d)
-{
-}
+{}
 
 ExpressionHandle::ExpressionHandle(const Expression &e)
     : d(e.clone())
-{
-}
+{}
 
 bool ExpressionHandle::equals(ExpressionHandle other) const
 {

@@ -122,7 +122,7 @@ public:
 protected:
     Expression();
     /// A copy is a new node, with a count of its own.
-    Expression(const Expression &other);
+    Expression(const Expression &other) = default;
     Expression &operator=(const Expression &other);
 
     // Short cuts past QVariant, for nodes of this library that stand in each other. A client's

@@ -18,8 +18,7 @@ class OperandValue
 public:
     explicit OperandValue(const Expression &node)
         : m_node(node)
-    {
-    }
+    {}
 
     /// Reads the value; runs nothing. False when it has to be evaluated.
     bool readInPlace(const PropertySet &properties)

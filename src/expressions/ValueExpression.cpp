@@ -18,14 +18,12 @@ constexpr qint32 gRecordVersion = 2;
 ValueExpression::ValueExpression(const QString &propertyName, const QString &secondName)
     : name(propertyName)
     , alias(secondName)
-{
-}
+{}
 
 ValueExpression::ValueExpression(const BaseProperty &property, const QString &secondName)
     : name(property.name())
     , alias(secondName)
-{
-}
+{}
 
 ValueExpression::~ValueExpression() = default;
 

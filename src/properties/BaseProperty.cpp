@@ -14,8 +14,7 @@ BaseProperty::BaseProperty(const QString &name, const QString &description,
     , m_isValid(true)
     , m_validator(validator)
     , m_name(name)
-{
-}
+{}
 
 BaseProperty::~BaseProperty() = default;
 

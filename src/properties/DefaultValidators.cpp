@@ -6,8 +6,7 @@ template <class Property>
 RangeValidator<Property>::RangeValidator(Bound min, Bound max)
     : m_min(min)
     , m_max(max)
-{
-}
+{}
 
 template <class Property>
 RangeValidator<Property>::~RangeValidator() = default;

@@ -145,8 +145,7 @@ TypedProperty<Self, T>::TypedProperty(const QString &name, const QString &descri
                                       boost::shared_ptr<PropertyValidator> validator)
     : BaseProperty(name, description, validator)
     , m_value(value)
-{
-}
+{}
 
 template <class Self, typename T>
 T TypedProperty<Self, T>::getValue(const BaseProperty &property, Argument defaultValue)

@@ -23,8 +23,7 @@ public:
         : m_type(variant.userType())
         , m_data(variant.constData())
         , m_variant(&variant)
-    {
-    }
+    {}
 
     template <typename T>
     static ValueView of(const T &value)

@@ -111,8 +111,7 @@ TypeTool::TypeTool(bool leftIsConstant, bool rightIsConstant)
     : leftConstant(leftIsConstant)
     , rightConstant(rightIsConstant)
     , ok(true)
-{
-}
+{}
 
 bool TypeTool::throwOK() const
 {

@@ -65,8 +65,7 @@ class Fixed : public BaseProperty
 public:
     Fixed()
         : BaseProperty("fixed", QString(), boost::shared_ptr<PropertyValidator>())
-    {
-    }
+    {}
     QString type() const override { return "Fixed"; }
     QTextStream &dump(QTextStream &stream) const override { return stream; }
     QVariant variantValue() const override { return 43; }

@@ -24,8 +24,7 @@ class OneContext : public QTranslator
 public:
     explicit OneContext(const QByteArray &context)
         : m_context(context)
-    {
-    }
+    {}
     QString translate(const char *context, const char *source, const char * /*disambiguation*/,
                       int /*n*/) const override
     {

@@ -20,8 +20,7 @@ class Recorder : public PropertyValidator
 public:
     explicit Recorder(QStringList *log)
         : m_log(log)
-    {
-    }
+    {}
     bool validate(PropertySet &set, BaseProperty &property) override
     {
         m_log->append(QString("%1 of %2").arg(property.name()).arg(set.count()));

@@ -104,8 +104,7 @@ public:
         , m_constant(constant)
         , m_log(log)
         , m_action(action)
-    {
-    }
+    {}
 
     QVariant evaluate(const vogen::PropertySet & /*properties*/, bool *isConstant) const override
     {

@@ -1,6 +1,7 @@
 #include <Vokit/BooleanOperator>
 
-#include "expressions/OperandValue_p.h"
+#include "expressions/NodeAccess_p.h"
+#include "properties/IsExactly_p.h"
 
 #include <Vokit/ConstExpression>
 #include <Vokit/ExpressionList>
@@ -8,8 +9,6 @@
 
 #include <QDataStream>
 #include <QTextStream>
-
-#include <typeinfo>
 
 namespace vogen {
 
@@ -117,7 +116,7 @@ BooleanOperator &BooleanOperator::operator|=(ExpressionHandle right)
 
 Truth BooleanOperator::truth(const PropertySet &properties, bool *isConstant) const
 {
-    if (typeid(*this) != typeid(BooleanOperator))
+    if (!isExactly<BooleanOperator>(*this))
         return Expression::truth(properties, isConstant); // a client's class has its own evaluate()
     return combine(properties, isConstant);
 }
@@ -128,7 +127,7 @@ Truth BooleanOperator::combine(const PropertySet &properties, bool *isConstant) 
         *isConstant = true;
     for (const ExpressionHandle &operand : operands) {
         bool constant = false;
-        const Truth condition = OperandValue::truth(*operand, properties, &constant);
+        const Truth condition = NodeAccess::truth(*operand, properties, &constant);
         if (isConstant && !constant)
             *isConstant = false;
         const bool decided = op == And ? condition != Truth::True : condition == Truth::True;

@@ -1,6 +1,7 @@
 #include <Vokit/Comparator>
 
-#include "expressions/OperandValue_p.h"
+#include "expressions/NodeAccess_p.h"
+#include "properties/IsExactly_p.h"
 
 #include <Vokit/ConstExpression>
 #include <Vokit/ElementOf>
@@ -8,8 +9,6 @@
 
 #include <QDataStream>
 #include <QTextStream>
-
-#include <typeinfo>
 
 namespace vogen {
 
@@ -36,34 +35,31 @@ const char *operatorText(Comparator::CompOp op, Expression::PrintStyle style)
     return ""; // from a damaged stream
 }
 
-// A value of op that no enumerator names comes from a damaged stream: NULL.
-Truth compareViews(TypeTool &tool, const ValueView &left, Comparator::CompOp op,
-                   const ValueView &right)
+// Whether the operation holds for an order, as TypeTool::compare() gives it. A value that no
+// enumerator names comes from a damaged stream: NULL.
+Truth holdsFor(Comparator::CompOp op, int order)
 {
-    bool holds = false;
     switch (op) {
     case Comparator::NotEqual:
-        holds = !tool.equals(left, right);
-        break;
+        return truthOf(order != 0);
     case Comparator::Less:
-        holds = tool.compare(left, right) < 0;
-        break;
+        return truthOf(order < 0);
     case Comparator::Equal:
-        holds = tool.equals(left, right);
-        break;
+        return truthOf(order == 0);
     case Comparator::Greater:
-        holds = tool.compare(left, right) > 0;
-        break;
+        return truthOf(order > 0);
     case Comparator::LessEqual:
-        holds = tool.compare(left, right) <= 0;
-        break;
+        return truthOf(order <= 0);
     case Comparator::GreaterEqual:
-        holds = tool.compare(left, right) >= 0;
-        break;
-    default:
-        return Truth::Null;
+        return truthOf(order >= 0);
     }
-    return tool.wasOK() ? truthOf(holds) : Truth::Null;
+    return Truth::Null;
+}
+
+// Whether equality is asked for, which has roads of its own where there is no order.
+bool asksForEquality(Comparator::CompOp op)
+{
+    return op == Comparator::Equal || op == Comparator::NotEqual;
 }
 
 const ConstExpression gZero(QVariant(0), false);
@@ -127,25 +123,42 @@ void Comparator::read(QDataStream &stream)
 
 Truth Comparator::truth(const PropertySet &properties, bool *isConstant) const
 {
-    if (typeid(*this) != typeid(Comparator))
+    if (!isExactly<Comparator>(*this))
         return Expression::truth(properties, isConstant); // a client's class has its own evaluate()
     return compare(properties, isConstant);
 }
 
 Truth Comparator::compare(const PropertySet &properties, bool *isConstant) const
 {
-    OperandValue left(operandAt(0));
-    OperandValue right(operandAt(1));
-    if (!left.readInPlace(properties))
-        left.evaluate(properties);
-    if (!right.readInPlace(properties)) {
-        left.keep();
-        right.evaluate(properties);
-    }
+    const ValueView left = NodeAccess::valueInPlace(operandAt(0), properties);
+    const ValueView right = NodeAccess::valueInPlace(operandAt(1), properties);
+    if (left.isNull() || right.isNull())
+        return compareEvaluated(properties, isConstant);
+
+    const TypeTool tool(left.isConstant(), right.isConstant());
+    int order = 0;
+    const bool done = asksForEquality(op) ? tool.matchInPlace(left, right, &order)
+                                          : tool.compareInPlace(left, right, &order);
+    if (!done)
+        return compareEvaluated(properties, isConstant);
     if (isConstant)
         *isConstant = left.isConstant() && right.isConstant();
-    TypeTool tool(left.isConstant(), right.isConstant());
-    return compareViews(tool, left.view(), op, right.view());
+    return holdsFor(op, order);
+}
+
+Truth Comparator::compareEvaluated(const PropertySet &properties, bool *isConstant) const
+{
+    bool leftConstant = false;
+    bool rightConstant = false;
+    const QVariant left = operandAt(0).evaluate(properties, &leftConstant);
+    const QVariant right = operandAt(1).evaluate(properties, &rightConstant);
+    if (isConstant)
+        *isConstant = leftConstant && rightConstant;
+
+    TypeTool tool(leftConstant, rightConstant);
+    const int order =
+        asksForEquality(op) ? int(!tool.equals(left, right)) : tool.compare(left, right);
+    return tool.wasOK() ? holdsFor(op, order) : Truth::Null;
 }
 
 } // namespace vogen

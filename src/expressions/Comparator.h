@@ -44,6 +44,7 @@ private:
     Truth truth(const PropertySet &properties, bool *isConstant) const override;
 
     Truth compare(const PropertySet &properties, bool *isConstant) const;
+    Truth compareEvaluated(const PropertySet &properties, bool *isConstant) const;
 };
 
 } // namespace vogen

@@ -1,6 +1,7 @@
 #include <Vokit/ConstExpression>
 
 #include "expressions/PrintStyle_p.h"
+#include "properties/IsExactly_p.h"
 #include "properties/ValueView_p.h"
 
 #include <Vokit/TypeTool>
@@ -9,8 +10,6 @@
 #include <QDateTime>
 #include <QRegExp>
 #include <QTextStream>
-
-#include <typeinfo>
 
 namespace vogen {
 
@@ -115,12 +114,11 @@ QString ConstExpression::stringValue(const QVariant &literal)
     return literal.type() == QVariant::RegExp ? literal.toRegExp().pattern() : literal.toString();
 }
 
-ValueView ConstExpression::valueInPlace(const PropertySet & /*properties*/, bool *isConstant) const
+ValueView ConstExpression::valueInPlace(const PropertySet & /*properties*/) const
 {
-    if (typeid(*this) != typeid(ConstExpression))
+    if (!isExactly<ConstExpression>(*this))
         return {}; // a client's class may evaluate in its own way
-    *isConstant = true;
-    return ValueView(value);
+    return ValueView(value, true);
 }
 
 } // namespace vogen

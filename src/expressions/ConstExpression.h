@@ -49,7 +49,7 @@ protected:
     bool placeholder;
 
 private:
-    ValueView valueInPlace(const PropertySet &properties, bool *isConstant) const override;
+    ValueView valueInPlace(const PropertySet &properties) const override;
 };
 
 } // namespace vogen

@@ -1,7 +1,8 @@
 #include <Vokit/ElementOf>
 
-#include "expressions/OperandValue_p.h"
+#include "expressions/NodeAccess_p.h"
 #include "expressions/PrintStyle_p.h"
+#include "properties/IsExactly_p.h"
 
 #include <Vokit/ConstExpression>
 #include <Vokit/ExpressionList>
@@ -9,8 +10,6 @@
 #include <Vokit/ValueExpression>
 
 #include <QTextStream>
-
-#include <typeinfo>
 
 namespace vogen {
 
@@ -71,29 +70,49 @@ ElementOf &ElementOf::append(const ExpressionList &list)
 
 Truth ElementOf::truth(const PropertySet &properties, bool *isConstant) const
 {
-    if (typeid(*this) != typeid(ElementOf))
+    if (!isExactly<ElementOf>(*this))
         return Expression::truth(properties, isConstant); // a client's class has its own evaluate()
     return truthOf(findCandidate(properties, isConstant));
 }
 
 bool ElementOf::findCandidate(const PropertySet &properties, bool *isConstant) const
 {
-    OperandValue value(operandAt(0));
-    if (!value.readInPlace(properties))
-        value.evaluate(properties);
+    const ValueView value = NodeAccess::valueInPlace(operandAt(0), properties);
+    if (isConstant)
+        *isConstant = true;
+    if (value.isNull())
+        return findEvaluated(1, properties, isConstant);
     if (isConstant)
         *isConstant = value.isConstant();
 
     for (int i = 1; i < operands.size(); ++i) {
-        OperandValue candidate(*operands.at(i));
-        if (!candidate.readInPlace(properties)) {
-            value.keep();
-            candidate.evaluate(properties);
-        }
+        const ValueView candidate = NodeAccess::valueInPlace(*operands.at(i), properties);
+        const TypeTool tool(value.isConstant(), candidate.isConstant());
+        int order = 0;
+        if (candidate.isNull() || !tool.matchInPlace(value, candidate, &order))
+            return findEvaluated(i, properties, isConstant);
         if (isConstant && !candidate.isConstant())
             *isConstant = false;
-        if (TypeTool(value.isConstant(), candidate.isConstant())
-                .equals(value.view(), candidate.view()))
+        if (order == 0)
+            return true;
+    }
+    return false;
+}
+
+// The candidates from the first one that takes a QVariant on. Nothing has run before it, so the
+// value is what it was in place.
+bool ElementOf::findEvaluated(int first, const PropertySet &properties, bool *isConstant) const
+{
+    bool valueConstant = false;
+    const QVariant value = operandAt(0).evaluate(properties, &valueConstant);
+    if (isConstant && !valueConstant)
+        *isConstant = false;
+    for (int i = first; i < operands.size(); ++i) {
+        bool candidateConstant = false;
+        const QVariant candidate = operands.at(i)->evaluate(properties, &candidateConstant);
+        if (isConstant && !candidateConstant)
+            *isConstant = false;
+        if (TypeTool(valueConstant, candidateConstant).equals(value, candidate))
             return true;
     }
     return false;

@@ -41,6 +41,7 @@ private:
     Truth truth(const PropertySet &properties, bool *isConstant) const override;
 
     bool findCandidate(const PropertySet &properties, bool *isConstant) const;
+    bool findEvaluated(int first, const PropertySet &properties, bool *isConstant) const;
 };
 
 } // namespace vogen

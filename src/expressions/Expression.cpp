@@ -1,6 +1,7 @@
 #include <Vokit/Expression>
 
-#include "expressions/OperandValue_p.h"
+#include "expressions/Truth_p.h"
+#include "properties/ValueView_p.h"
 
 #include <Vokit/ConstExpression>
 #include <Vokit/ExpressionList>
@@ -20,6 +21,10 @@ QString classKey(const Expression &node)
 {
     return QLatin1String(typeid(node).name());
 }
+
+// Room made ahead, so that most filters grow neither text nor list while they are printed.
+constexpr int gUsualTextLength = 128;
+constexpr int gUsualValueCount = 8;
 
 // What this unit owns, in this order. The registry itself is a function-local static, so other
 // units may register before or after.
@@ -50,6 +55,7 @@ void Expression::collectPlaceholders(QList<QVariant> & /*values*/) const {}
 QString Expression::toString(PrintStyle style) const
 {
     QString text;
+    text.reserve(gUsualTextLength);
     {
         QTextStream stream(&text, QIODevice::ReadWrite);
         print(stream, style);
@@ -65,6 +71,7 @@ Expression::operator QString() const
 QList<QVariant> Expression::collectPlaceholders() const
 {
     QList<QVariant> values;
+    values.reserve(gUsualValueCount);
     collectPlaceholders(values);
     return values;
 }
@@ -115,7 +122,7 @@ ExpressionHandle Expression::readExpression(QDataStream &stream)
     return result;
 }
 
-ValueView Expression::valueInPlace(const PropertySet & /*properties*/, bool * /*isConstant*/) const
+ValueView Expression::valueInPlace(const PropertySet & /*properties*/) const
 {
     return {};
 }

@@ -15,7 +15,7 @@ class QTextStream;
 namespace vogen {
 
 class ExpressionHandle;
-class OperandValue;
+class NodeAccess;
 class PropertySet;
 class ValueView;
 enum class Truth : int;
@@ -129,12 +129,12 @@ protected:
     // class leaves them alone: these defaults take it through evaluate().
 
     // Where the value lies, if it can be read without running anything; else a null view.
-    virtual ValueView valueInPlace(const PropertySet &properties, bool *isConstant) const;
+    virtual ValueView valueInPlace(const PropertySet &properties) const;
     // What evaluate() gives, as a condition.
     virtual Truth truth(const PropertySet &properties, bool *isConstant) const;
 
 private:
-    friend class OperandValue;
+    friend class NodeAccess;
 };
 
 } // namespace vogen

@@ -1,10 +1,9 @@
 #include <Vokit/NotOperator>
 
-#include "expressions/OperandValue_p.h"
+#include "expressions/NodeAccess_p.h"
+#include "properties/IsExactly_p.h"
 
 #include <QTextStream>
-
-#include <typeinfo>
 
 namespace vogen {
 
@@ -38,14 +37,14 @@ void NotOperator::print(QTextStream &stream, PrintStyle style) const
 
 Truth NotOperator::truth(const PropertySet &properties, bool *isConstant) const
 {
-    if (typeid(*this) != typeid(NotOperator))
+    if (!isExactly<NotOperator>(*this))
         return Expression::truth(properties, isConstant); // a client's class has its own evaluate()
     return negate(properties, isConstant);
 }
 
 Truth NotOperator::negate(const PropertySet &properties, bool *isConstant) const
 {
-    const Truth condition = OperandValue::truth(operandAt(0), properties, isConstant);
+    const Truth condition = NodeAccess::truth(operandAt(0), properties, isConstant);
     return condition == Truth::Null ? condition : truthOf(condition == Truth::False);
 }
 

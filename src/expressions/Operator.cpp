@@ -60,8 +60,10 @@ void Operator::append(ExpressionHandle operand)
 
 const Expression &Operator::operandAt(int index) const
 {
+    if (index < operands.size())
+        return *operands.at(index);
     static const ExpressionHandle none;
-    return index < operands.size() ? *operands.at(index) : *none;
+    return *none;
 }
 
 void Operator::printOperands(QTextStream &stream, PrintStyle style, int first,

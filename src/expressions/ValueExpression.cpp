@@ -1,13 +1,12 @@
 #include <Vokit/ValueExpression>
 
+#include "properties/IsExactly_p.h"
 #include "properties/ValueView_p.h"
 
 #include <Vokit/TypeTool>
 
 #include <QDataStream>
 #include <QTextStream>
-
-#include <typeinfo>
 
 namespace vogen {
 
@@ -69,11 +68,10 @@ void ValueExpression::read(QDataStream &stream)
     stream >> version >> name >> alias;
 }
 
-ValueView ValueExpression::valueInPlace(const PropertySet &properties, bool *isConstant) const
+ValueView ValueExpression::valueInPlace(const PropertySet &properties) const
 {
-    if (typeid(*this) != typeid(ValueExpression))
+    if (!isExactly<ValueExpression>(*this))
         return {}; // a client's class may evaluate in its own way
-    *isConstant = false;
     const auto found = find(properties);
     return found != properties.end() ? ValueView::ofProperty(*found.value())
                                      : ValueView(TypeTool::INVALID);

@@ -40,7 +40,7 @@ protected:
     QString alias;
 
 private:
-    ValueView valueInPlace(const PropertySet &properties, bool *isConstant) const override;
+    ValueView valueInPlace(const PropertySet &properties) const override;
 
     PropertySet::const_iterator find(const PropertySet &properties) const;
 };

@@ -1,7 +1,5 @@
 #include <Vokit/PropertySet>
 
-#include "properties/ValueView_p.h"
-
 #include <Vokit/IllegalProperty>
 
 namespace vogen {
@@ -45,11 +43,6 @@ int PropertySet::count() const
 bool PropertySet::contains(const QString &name) const
 {
     return m_properties.contains(name);
-}
-
-PropertySet::const_iterator PropertySet::find(const QString &name) const
-{
-    return m_properties.constFind(name);
 }
 
 void PropertySet::validate()
@@ -107,16 +100,6 @@ PropertySet::iterator PropertySet::end()
     return m_properties.end();
 }
 
-PropertySet::const_iterator PropertySet::begin() const
-{
-    return m_properties.constBegin();
-}
-
-PropertySet::const_iterator PropertySet::end() const
-{
-    return m_properties.constEnd();
-}
-
 QMap<QString, QVariant> PropertySet::variantValues() const
 {
     QMap<QString, QVariant> values;
@@ -134,11 +117,6 @@ bool PropertySet::setVariantValues(const QMap<QString, QVariant> &values)
         allTaken &= property && property->setVariantValue(it.value());
     }
     return allTaken;
-}
-
-ValueView ValueView::ofProperty(const BaseProperty &property)
-{
-    return property.valueInPlace();
 }
 
 } // namespace vogen

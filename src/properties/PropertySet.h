@@ -50,7 +50,7 @@ public:
     bool contains(const QString &name) const;
 
     /// The entry of that name, or end(): for callers who need to know whether it is there.
-    const_iterator find(const QString &name) const;
+    const_iterator find(const QString &name) const { return m_properties.constFind(name); }
 
     /// Calls validate() of each property, in order of the names; the verdicts stay with them.
     void validate();
@@ -75,8 +75,8 @@ public:
     /// key() is the name, value() the shared pointer.
     iterator begin();
     iterator end();
-    const_iterator begin() const;
-    const_iterator end() const;
+    const_iterator begin() const { return m_properties.constBegin(); }
+    const_iterator end() const { return m_properties.constEnd(); }
 
     QMap<QString, QVariant> variantValues() const;
 

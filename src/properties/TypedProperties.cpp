@@ -1,12 +1,11 @@
 #include <Vokit/TypedProperties>
 
+#include "properties/IsExactly_p.h"
 #include "properties/ValueView_p.h"
 
 #include <Vokit/IllegalProperty>
 #include <Vokit/StringUtils>
 #include <Vokit/UnexpectedTypeException>
-
-#include <typeinfo>
 
 namespace vogen {
 
@@ -198,7 +197,7 @@ ValueView TypedProperty<Self, T>::valueInPlace() const
 {
     // A class of the client's derived from this one may have a variantValue() of its own, and the
     // variant of an embedded set is made anew each time.
-    if (std::is_same_v<T, PropertySet> || typeid(*this) != typeid(Self))
+    if (std::is_same_v<T, PropertySet> || !isExactly<Self>(*this))
         return {};
     if constexpr (std::is_same_v<T, QVariant>)
         return ValueView(m_value);
@@ -212,6 +211,23 @@ void StringListProperty::setValue(BaseProperty &property, const QStringList &val
         throwWrongType(property, gClassName<StringProperty>);
     TypedProperty::setValue(property, value);
 }
+
+// Defined here, so that each class has its virtual table here and nowhere else.
+IntProperty::~IntProperty() = default;
+S64Property::~S64Property() = default;
+UIntProperty::~UIntProperty() = default;
+U64Property::~U64Property() = default;
+StringProperty::~StringProperty() = default;
+StringListProperty::~StringListProperty() = default;
+FloatProperty::~FloatProperty() = default;
+DoubleProperty::~DoubleProperty() = default;
+BoolProperty::~BoolProperty() = default;
+RectProperty::~RectProperty() = default;
+VariantProperty::~VariantProperty() = default;
+DateProperty::~DateProperty() = default;
+TimeProperty::~TimeProperty() = default;
+DateTimeProperty::~DateTimeProperty() = default;
+PropertySetProperty::~PropertySetProperty() = default;
 
 template class TypedProperty<IntProperty, int>;
 template class TypedProperty<S64Property, long long>;

@@ -123,30 +123,35 @@ class VOKIT_EXPORT IntProperty : public TypedProperty<IntProperty, int>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~IntProperty() override;
 };
 
 class VOKIT_EXPORT S64Property : public TypedProperty<S64Property, long long>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~S64Property() override;
 };
 
 class VOKIT_EXPORT UIntProperty : public TypedProperty<UIntProperty, unsigned int>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~UIntProperty() override;
 };
 
 class VOKIT_EXPORT U64Property : public TypedProperty<U64Property, unsigned long long>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~U64Property() override;
 };
 
 class VOKIT_EXPORT StringProperty : public TypedProperty<StringProperty, QString>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~StringProperty() override;
 };
 
 /// setVariantValue() never fails: a text is split at ",", "a,,b" into three items and "" into one.
@@ -154,6 +159,7 @@ class VOKIT_EXPORT StringListProperty : public TypedProperty<StringListProperty,
 {
 public:
     using TypedProperty::TypedProperty;
+    ~StringListProperty() override;
 
     /// Names "StringProperty" as the expected class when it throws; callers match on that text.
     static void setValue(BaseProperty &property, const QStringList &value);
@@ -164,30 +170,35 @@ class VOKIT_EXPORT FloatProperty : public TypedProperty<FloatProperty, float>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~FloatProperty() override;
 };
 
 class VOKIT_EXPORT DoubleProperty : public TypedProperty<DoubleProperty, double>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~DoubleProperty() override;
 };
 
 class VOKIT_EXPORT BoolProperty : public TypedProperty<BoolProperty, bool>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~BoolProperty() override;
 };
 
 class VOKIT_EXPORT RectProperty : public TypedProperty<RectProperty, QRect>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~RectProperty() override;
 };
 
 class VOKIT_EXPORT VariantProperty : public TypedProperty<VariantProperty, QVariant>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~VariantProperty() override;
 };
 
 /// The one class without a typed door: it is reached through variantValue() and setVariantValue().
@@ -195,6 +206,7 @@ class VOKIT_EXPORT DateProperty : public TypedProperty<DateProperty, QDate>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~DateProperty() override;
 
     static QDate getValue(const BaseProperty &property, const QDate &defaultValue) = delete;
     static void setValue(BaseProperty &property, const QDate &value) = delete;
@@ -204,12 +216,14 @@ class VOKIT_EXPORT TimeProperty : public TypedProperty<TimeProperty, QTime>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~TimeProperty() override;
 };
 
 class VOKIT_EXPORT DateTimeProperty : public TypedProperty<DateTimeProperty, QDateTime>
 {
 public:
     using TypedProperty::TypedProperty;
+    ~DateTimeProperty() override;
 };
 
 /**
@@ -222,6 +236,7 @@ class VOKIT_EXPORT PropertySetProperty : public TypedProperty<PropertySetPropert
 {
 public:
     using TypedProperty::TypedProperty;
+    ~PropertySetProperty() override;
 };
 
 } // namespace vogen

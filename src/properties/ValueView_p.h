@@ -1,46 +1,43 @@
 #pragma once
 
+#include <Vokit/BaseProperty>
+
 #include <QMetaType>
 #include <QVariant>
 
 namespace vogen {
 
-class BaseProperty;
-
 /**
  * A value seen where it lies: its meta type and its address, in place of a QVariant of its own.
  *
- * Evaluation reads most values once, to compare them. This spares it the copy. A view owns nothing
+ * Evaluation reads most values once, to compare them; this spares it the copy. A view owns nothing
  * and holds as long as the object behind it is neither changed nor destroyed.
  */
 class ValueView
 {
 public:
     /// Sees nothing; isNull() is true.
-    ValueView() = default;
+    constexpr ValueView() = default;
 
-    explicit ValueView(const QVariant &variant)
-        : m_type(variant.userType())
-        , m_data(variant.constData())
-        , m_variant(&variant)
+    /// @param isConstant whether it is a written constant, and no property's value
+    explicit ValueView(const QVariant &variant, bool isConstant = false)
+        : ValueView(variant.constData(), variant.userType(), isConstant)
     {}
 
     template <typename T>
     static ValueView of(const T &value)
     {
-        ValueView view;
-        view.m_type = qMetaTypeId<T>();
-        view.m_data = &value;
-        return view;
+        return {&value, qMetaTypeId<T>(), false};
     }
 
     /// The value that variantValue() gives; null when it is made anew at each call.
-    static ValueView ofProperty(const BaseProperty &property);
+    static ValueView ofProperty(const BaseProperty &property) { return property.valueInPlace(); }
 
     bool isNull() const { return m_data == nullptr; }
+    bool isConstant() const { return m_type < 0; }
 
     /// As QVariant::userType() has it.
-    int type() const { return m_type; }
+    int type() const { return isConstant() ? ~m_type : m_type; }
 
     /// The value itself; T must be what type() says.
     template <typename T>
@@ -49,19 +46,15 @@ public:
         return *static_cast<const T *>(m_data);
     }
 
-    /// As a QVariant: the one seen, flags included, or @p storage filled with the value.
-    const QVariant &variant(QVariant &storage) const
-    {
-        if (m_variant)
-            return *m_variant;
-        storage = QVariant(m_type, m_data);
-        return storage;
-    }
-
 private:
-    int m_type = QMetaType::UnknownType;
+    ValueView(const void *data, int type, bool isConstant)
+        : m_data(data)
+        , m_type(isConstant ? ~type : type)
+    {}
+
     const void *m_data = nullptr;
-    const QVariant *m_variant = nullptr;
+    // Complemented for a constant: views are passed in two registers, with nothing to take apart.
+    int m_type = QMetaType::UnknownType;
 };
 
 } // namespace vogen

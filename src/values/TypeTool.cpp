@@ -23,24 +23,19 @@ const QVariant TypeTool::INVALID;
 
 namespace {
 
-bool isNumber(const ValueView &value)
+bool isNumber(ValueView value)
 {
     return TypeTool::isNumeric(static_cast<QVariant::Type>(value.type()));
 }
 
-bool isDateLike(const ValueView &value)
+bool isDateLike(ValueView value)
 {
     return TypeTool::isDate(static_cast<QVariant::Type>(value.type()));
 }
 
-bool isListLike(const ValueView &value)
-{
-    return TypeTool::isList(static_cast<QVariant::Type>(value.type()));
-}
-
 // The value of a number of any numeric type, as Number.
 template <typename Number>
-Number numberAs(const ValueView &value)
+Number numberAs(ValueView value)
 {
     switch (value.type()) {
     case QMetaType::Int:
@@ -77,7 +72,8 @@ int saturatedDifference(double a, double b)
     return static_cast<int>(difference);
 }
 
-long long microSeconds(const ValueView &value)
+// Of a date or a number.
+long long microSeconds(ValueView value)
 {
     constexpr long long perDay = CTimeTranscoder::MICROSECONDS_PER_DAY;
     switch (value.type()) {
@@ -93,25 +89,12 @@ long long microSeconds(const ValueView &value)
         return vo::wrappingMultiply<long long>(TypeTool::EPOCH.daysTo(value.as<QDate>()), perDay);
     case QMetaType::QTime:
         return TypeTool::MIDNIGHT.msecsTo(value.as<QTime>()) * 1000LL;
-    case QMetaType::QDateTime:
+    default:
         return vo::toMicroSeconds(value.as<QDateTime>());
-    default: {
-        QVariant storage;
-        const QVariant &variant = value.variant(storage);
-        if (!becomesText(variant))
-            return 0;
-        return vo::toMicroSeconds(QDateTime::fromString(variant.toString(), Qt::TextDate));
-    }
     }
 }
 
 } // namespace
-
-TypeTool::TypeTool(bool leftIsConstant, bool rightIsConstant)
-    : leftConstant(leftIsConstant)
-    , rightConstant(rightIsConstant)
-    , ok(true)
-{}
 
 bool TypeTool::throwOK() const
 {
@@ -121,65 +104,66 @@ bool TypeTool::throwOK() const
     return true;
 }
 
-int TypeTool::compare(const QVariant &a, const QVariant &b)
+bool TypeTool::compareInPlace(ValueView a, ValueView b, int *order) const
 {
-    return compare(ValueView(a), ValueView(b));
-}
-
-int TypeTool::compare(const ValueView &a, const ValueView &b)
-{
-    ok = true;
-    if (a.type() == QMetaType::QString && b.type() == QMetaType::QString)
-        return QString::compare(a.as<QString>(), b.as<QString>());
-
+    if (a.type() == QMetaType::QString && b.type() == QMetaType::QString) {
+        *order = QString::compare(a.as<QString>(), b.as<QString>());
+        return true;
+    }
     if (isNumber(a) && isNumber(b)) {
         const QVariant::Type common = coerceNumericTypes(a, b);
+        if (common == QVariant::Invalid)
+            return false; // left to the comparison of texts
         if (common == QVariant::ULongLong || common == QVariant::Double)
-            return saturatedDifference(numberAs<double>(a), numberAs<double>(b));
-        if (common != QVariant::Invalid)
-            return saturatedDifference(numberAs<long long>(a), numberAs<long long>(b));
-        // no common type: on to the comparison of texts
+            *order = saturatedDifference(numberAs<double>(a), numberAs<double>(b));
+        else
+            *order = saturatedDifference(numberAs<long long>(a), numberAs<long long>(b));
+        return true;
     }
-    if ((isDateLike(a) && (isDateLike(b) || isNumber(b))) || (isDateLike(b) && isNumber(a)))
-        return saturatedDifference(microSeconds(a), microSeconds(b));
+    if ((isDateLike(a) && (isDateLike(b) || isNumber(b))) || (isDateLike(b) && isNumber(a))) {
+        *order = saturatedDifference(microSeconds(a), microSeconds(b));
+        return true;
+    }
+    return false;
+}
 
-    QVariant storageA;
-    QVariant storageB;
-    const QVariant &left = a.variant(storageA);
-    const QVariant &right = b.variant(storageB);
-    if (isListLike(a) && isListLike(b)) {
-        QVariantList leftList = left.toList();
-        QVariantList rightList = right.toList();
-        return compareList(leftList, rightList);
+bool TypeTool::matchInPlace(ValueView a, ValueView b, int *order) const
+{
+    if (a.type() == QMetaType::QString && b.type() == QMetaType::QString) {
+        *order = a.as<QString>() == b.as<QString>() ? 0 : 1; // asks for the lengths first
+        return true;
     }
-    if (becomesText(left) && becomesText(right))
-        return QString::compare(left.toString(), right.toString());
+    return compareInPlace(a, b, order);
+}
+
+int TypeTool::compare(const QVariant &a, const QVariant &b)
+{
+    ok = true;
+    int order = 0;
+    if (compareInPlace(ValueView(a), ValueView(b), &order))
+        return order;
+    if (isList(a.type()) && isList(b.type())) {
+        QVariantList left = a.toList();
+        QVariantList right = b.toList();
+        return compareList(left, right);
+    }
+    if (becomesText(a) && becomesText(b))
+        return QString::compare(a.toString(), b.toString());
     ok = false;
     return 0;
 }
 
 bool TypeTool::equals(const QVariant &a, const QVariant &b)
 {
-    return equals(ValueView(a), ValueView(b));
-}
-
-bool TypeTool::equals(const ValueView &a, const ValueView &b)
-{
-    if (a.type() == QMetaType::QString && b.type() == QMetaType::QString) {
-        ok = true;
-        return a.as<QString>() == b.as<QString>(); // as compare() has it, but lengths come first
-    }
     const int order = compare(a, b);
     if (ok)
         return order == 0;
 
-    QVariant storageA;
-    QVariant storageB;
-    QVariant left = a.variant(storageA);
-    QVariant right = b.variant(storageB);
-    const QVariant::Type common = coerceOtherTypes(left, right);
+    const QVariant::Type common = coerceOtherTypes(a, b);
     ok = common != QVariant::Invalid;
     // Only whether both conversions end alike counts, not what they give.
+    QVariant left = a;
+    QVariant right = b;
     return ok && left.convert(common) == right.convert(common);
 }
 
@@ -197,7 +181,7 @@ QVariant::Type TypeTool::coerceNumericTypes(const QVariant &a, const QVariant &b
     return coerceNumericTypes(ValueView(a), ValueView(b));
 }
 
-QVariant::Type TypeTool::coerceNumericTypes(const ValueView &a, const ValueView &b) const
+QVariant::Type TypeTool::coerceNumericTypes(ValueView a, ValueView b) const
 {
     const auto left = static_cast<QVariant::Type>(a.type());
     const auto right = static_cast<QVariant::Type>(b.type());
@@ -218,8 +202,8 @@ QVariant::Type TypeTool::coerceNumericTypes(const ValueView &a, const ValueView 
 
     // One signed side and one unsigned. A constant takes the other side's type when it fits.
     const bool signedIsLeft = !isUnsigned(left);
-    const ValueView &signedSide = signedIsLeft ? a : b;
-    const ValueView &unsignedSide = signedIsLeft ? b : a;
+    const ValueView signedSide = signedIsLeft ? a : b;
+    const ValueView unsignedSide = signedIsLeft ? b : a;
     const QVariant::Type signedType = signedIsLeft ? left : right;
     const QVariant::Type unsignedType = signedIsLeft ? right : left;
     const bool signedConstant = signedIsLeft ? leftConstant : rightConstant;
@@ -319,7 +303,11 @@ bool TypeTool::isList(QVariant::Type type)
 
 long long TypeTool::dateMicroSeconds(const QVariant &value)
 {
-    return microSeconds(ValueView(value));
+    if (isNumeric(value.type()) || isDate(value.type()))
+        return microSeconds(ValueView(value));
+    if (!becomesText(value))
+        return 0;
+    return vo::toMicroSeconds(QDateTime::fromString(value.toString(), Qt::TextDate));
 }
 
 double TypeTool::dateSeconds(const QVariant &value)

@@ -45,7 +45,11 @@ public:
      * type when it fits; a value read from a property keeps its own
      * @param rightIsConstant the same of the right value
      */
-    TypeTool(bool leftIsConstant, bool rightIsConstant);
+    TypeTool(bool leftIsConstant, bool rightIsConstant)
+        : leftConstant(leftIsConstant)
+        , rightConstant(rightIsConstant)
+        , ok(true)
+    {}
 
     /// Whether the last operation could be carried out; true before the first.
     bool wasOK() const { return ok; }
@@ -113,12 +117,14 @@ public:
     static const QTime MIDNIGHT;   ///< 00:00
     static const QVariant INVALID; ///< NULL
 
-    /// The same of values seen in place; for the library's own nodes.
-    int compare(const ValueView &a, const ValueView &b);
-    bool equals(const ValueView &a, const ValueView &b);
+    /// For the library's own nodes: compare() of values that can be compared where they lie.
+    /// False, with nothing done, where it takes a QVariant.
+    bool compareInPlace(ValueView a, ValueView b, int *order) const;
+    /// The same, when all that matters is whether the order is 0.
+    bool matchInPlace(ValueView a, ValueView b, int *order) const;
 
 private:
-    QVariant::Type coerceNumericTypes(const ValueView &a, const ValueView &b) const;
+    QVariant::Type coerceNumericTypes(ValueView a, ValueView b) const;
 
     bool leftConstant;
     bool rightConstant;

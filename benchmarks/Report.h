@@ -1,0 +1,13 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+/// Ends the program with the message unless @p agree. For what is checked once, before any timing:
+/// a contestant that gives another result does other work, and its time says nothing.
+void require(bool agree, const char *message);
+
+/// Reports the CPU time of one of the items that each iteration worked on.
+void reportTimePerItem(benchmark::State &state, int itemsPerIteration);
+
+/// Runs what has been registered, as the command line says. For the end of main().
+int runBenchmarks(int argc, char **argv);

@@ -1,0 +1,64 @@
+#!/usr/bin/env python3
+"""Prints medians, and ratios between contestants beside their goals.
+
+Usage: report.py RESULT.json...   (written by the benchmarks with --benchmark_out)
+"""
+
+import json
+import os
+import sys
+
+# contestant, peer, the most that the ratio of their medians may be (None: shown for comparison)
+RATIOS = [
+    ("evaluate/library/1000", "evaluate/variant_map/1000", 1.10),
+    ("evaluate/library/1000", "evaluate/sqlite/1000", 1.25),
+    ("evaluate/library/1000", "evaluate/struct/1000", None),
+    ("evaluate/library/100000", "evaluate/variant_map/100000", None),
+    ("evaluate/library/100000", "evaluate/sqlite/100000", None),
+    ("evaluate/library/100000", "evaluate/struct/100000", None),
+    ("lookup/library/8", "lookup/map/8", 1.5),
+    ("lookup/library/32", "lookup/map/32", None),
+    ("lookup/library/128", "lookup/map/128", 1.4),
+    ("print/library_given", "print/concatenation", 0.75),
+    ("print/library_given", "print/text_stream", None),
+    ("print/library_given", "print/reserved", None),
+    ("print/library_built", "print/concatenation", 4.0),
+    ("print/library_built", "print/text_stream", None),
+]
+
+
+def read_medians(path):
+    """Nanoseconds of CPU time per row, look-up or statement, by benchmark name."""
+    # A filter that matches nothing in a program leaves an empty file.
+    if os.path.getsize(path) == 0:
+        return {}
+    with open(path, encoding="utf-8") as file:
+        runs = json.load(file)["benchmarks"]
+    return {run["run_name"]: run["per_item"] * 1e9
+            for run in runs if run.get("aggregate_name") == "median"}
+
+
+def verdict(ratio, goal):
+    if goal is None:
+        return ""
+    return f"at most {goal:.2f}   {'met' if ratio <= goal else 'MISSED'}"
+
+
+def main(paths):
+    medians = {}
+    for path in paths:
+        medians.update(read_medians(path))
+
+    print("\nMedian of the CPU time per row, look-up or statement")
+    for name in sorted(medians):
+        print(f"  {name:<32}{medians[name]:>10.1f} ns")
+
+    print("\nRatios of medians")
+    for ours, peer, goal in RATIOS:
+        if ours in medians and peer in medians:
+            ratio = medians[ours] / medians[peer]
+            print(f"  {ours:<26}{peer:<30}{ratio:>7.2f}   {verdict(ratio, goal)}".rstrip())
+
+
+if __name__ == "__main__":
+    main(sys.argv[1:])

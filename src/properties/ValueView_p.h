@@ -21,7 +21,7 @@ public:
 
     /// @param isConstant whether it is a written constant, and no property's value
     explicit ValueView(const QVariant &variant, bool isConstant = false)
-        : ValueView(variant.constData(), variant.userType(), isConstant)
+        : ValueView(dataOf(variant), static_cast<int>(variant.data_ptr().type), isConstant)
     {}
 
     template <typename T>
@@ -47,6 +47,13 @@ public:
     }
 
 private:
+    // QVariant::constData(), of which Qt has no inline form.
+    static const void *dataOf(const QVariant &variant)
+    {
+        const QVariant::DataPtr &d = variant.data_ptr();
+        return d.is_shared ? d.data.shared->ptr : static_cast<const void *>(&d.data);
+    }
+
     ValueView(const void *data, int type, bool isConstant)
         : m_data(data)
         , m_type(isConstant ? ~type : type)

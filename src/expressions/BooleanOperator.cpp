@@ -7,14 +7,11 @@
 #include <Vokit/ExpressionList>
 #include <Vokit/NotOperator>
 
-#include <QDataStream>
 #include <QTextStream>
 
 namespace vogen {
 
 namespace {
-
-constexpr qint32 gRecordVersion = 1;
 
 const ConstExpression gFalse(QVariant(false), false);
 [[maybe_unused]] const bool gRegistered[] = {
@@ -63,17 +60,12 @@ void BooleanOperator::print(QTextStream &stream, PrintStyle style) const
 
 void BooleanOperator::write(QDataStream &stream) const
 {
-    stream << gRecordVersion << static_cast<qint32>(op);
-    Operator::write(stream);
+    writeWithCode(stream, op);
 }
 
 void BooleanOperator::read(QDataStream &stream)
 {
-    qint32 version = 0;
-    qint32 code = 0;
-    stream >> version >> code;
-    op = static_cast<BoolOp>(code);
-    Operator::read(stream);
+    op = static_cast<BoolOp>(readWithCode(stream));
 }
 
 BooleanOperator &BooleanOperator::append(ExpressionHandle operand)

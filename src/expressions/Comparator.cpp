@@ -7,14 +7,11 @@
 #include <Vokit/ElementOf>
 #include <Vokit/TypeTool>
 
-#include <QDataStream>
 #include <QTextStream>
 
 namespace vogen {
 
 namespace {
-
-constexpr qint32 gRecordVersion = 1;
 
 const char *operatorText(Comparator::CompOp op, Expression::PrintStyle style)
 {
@@ -108,17 +105,12 @@ void Comparator::print(QTextStream &stream, PrintStyle style) const
 
 void Comparator::write(QDataStream &stream) const
 {
-    stream << gRecordVersion << static_cast<qint32>(op);
-    Operator::write(stream);
+    writeWithCode(stream, op);
 }
 
 void Comparator::read(QDataStream &stream)
 {
-    qint32 version = 0;
-    qint32 code = 0;
-    stream >> version >> code;
-    op = static_cast<CompOp>(code);
-    Operator::read(stream);
+    op = static_cast<CompOp>(readWithCode(stream));
 }
 
 Truth Comparator::truth(const PropertySet &properties, bool *isConstant) const

@@ -53,15 +53,28 @@ void Operator::read(QDataStream &stream)
         operands.append(readExpression(stream));
 }
 
+void Operator::writeWithCode(QDataStream &stream, qint32 code) const
+{
+    stream << gRecordVersion << code;
+    Operator::write(stream);
+}
+
+qint32 Operator::readWithCode(QDataStream &stream)
+{
+    qint32 version = 0;
+    qint32 code = 0;
+    stream >> version >> code;
+    Operator::read(stream);
+    return code;
+}
+
 void Operator::append(ExpressionHandle operand)
 {
     operands.append(operand);
 }
 
-const Expression &Operator::operandAt(int index) const
+const Expression &Operator::missingOperand()
 {
-    if (index < operands.size())
-        return *operands.at(index);
     static const ExpressionHandle none;
     return *none;
 }

@@ -40,7 +40,10 @@ protected:
     static const QList<ExpressionHandle> &operandsOf(const Operator &node) { return node.operands; }
 
     /// The operand at @p index, or the empty expression behind the end.
-    const Expression &operandAt(int index) const;
+    const Expression &operandAt(int index) const
+    {
+        return index < operands.size() ? *operands.at(index) : missingOperand();
+    }
 
     /// Prints the operands from @p first on, with a separator between them.
     void printOperands(QTextStream &stream, PrintStyle style, int first,
@@ -48,7 +51,14 @@ protected:
     /// The same for all operands as nested ones; in brackets if the node is nested and has two.
     void printChain(QTextStream &stream, PrintStyle style, const char *separator) const;
 
+    /// The record of a class that has an operation code: version, code and the operands' record.
+    void writeWithCode(QDataStream &stream, qint32 code) const;
+    qint32 readWithCode(QDataStream &stream);
+
     QList<ExpressionHandle> operands;
+
+private:
+    static const Expression &missingOperand();
 };
 
 } // namespace vogen

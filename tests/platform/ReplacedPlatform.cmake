@@ -35,13 +35,7 @@ add_executable(client main.cpp)
 target_link_libraries(client PRIVATE Vokit::Vokit)
 ]])
 
-function(run)
-    execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "failed: ${ARGV}\n${output}")
-    endif()
-    set(output "${output}" PARENT_SCOPE)
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/../support/Run.cmake")
 run(${CMAKE_COMMAND} -S "${SOURCE_DIR}" -B "${BINARY_DIR}/build" -G "${GENERATOR}"
     -DCMAKE_BUILD_TYPE=Debug "-DCMAKE_CXX_FLAGS=${CXX_FLAGS} -O0 -g0"
     "-DVOKIT_PLATFORM_DIR=${BINARY_DIR}/platform" -DVOKIT_BUILD_TESTS=OFF -DVOKIT_BUILD_EXAMPLES=OFF)

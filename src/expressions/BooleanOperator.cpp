@@ -76,14 +76,7 @@ BooleanOperator &BooleanOperator::append(ExpressionHandle operand)
 
 ExpressionHandle BooleanOperator::join(const ExpressionList &list, BoolOp operation)
 {
-    const QList<ExpressionHandle> &conditions = operandsOf(list);
-    if (conditions.isEmpty())
-        return ExpressionList::empty();
-    if (conditions.size() == 1)
-        return conditions.first();
-    BooleanOperator chain(operation);
-    chain.operands += conditions;
-    return chain;
+    return joinOperands(list, BooleanOperator(operation));
 }
 
 BooleanOperator BooleanOperator::operator&&(ExpressionHandle right)

@@ -1,13 +1,12 @@
 #include <Vokit/ElementOf>
 
 #include "expressions/NodeAccess_p.h"
+#include "expressions/Operands_p.h"
 #include "expressions/PrintStyle_p.h"
 #include "properties/IsExactly_p.h"
 
-#include <Vokit/ConstExpression>
 #include <Vokit/ExpressionList>
 #include <Vokit/TypeTool>
-#include <Vokit/ValueExpression>
 
 #include <QTextStream>
 
@@ -22,7 +21,7 @@ ElementOf::ElementOf(ExpressionHandle value)
 
 ElementOf::ElementOf(const BaseProperty &property)
 {
-    append(ValueExpression(property, QStringLiteral("")));
+    append(reference(property));
 }
 
 ElementOf::~ElementOf() = default;
@@ -58,7 +57,7 @@ ElementOf &ElementOf::append(ExpressionHandle candidate)
 
 ElementOf &ElementOf::append(const QVariant &value)
 {
-    Operator::append(ConstExpression(value, true));
+    Operator::append(bindable(value));
     return *this;
 }
 

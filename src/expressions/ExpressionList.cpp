@@ -1,8 +1,7 @@
 #include <Vokit/ExpressionList>
 
+#include "expressions/Operands_p.h"
 #include "expressions/PrintStyle_p.h"
-
-#include <Vokit/ConstExpression>
 
 #include <QTextStream>
 
@@ -68,7 +67,7 @@ bool ExpressionList::isEmpty() const
 
 ExpressionList &ExpressionList::append(const QVariant &value)
 {
-    Operator::append(ConstExpression(value, true));
+    Operator::append(bindable(value));
     return *this;
 }
 

@@ -1,20 +1,12 @@
 #include <Vokit/ExpressionOperators>
 
+#include "expressions/Operands_p.h"
+
 #include <QTextStream>
 
 using namespace vogen;
 
 namespace {
-
-ExpressionHandle ref(const BaseProperty &property)
-{
-    return ValueExpression(property, QStringLiteral(""));
-}
-
-ExpressionHandle bind(const QVariant &value)
-{
-    return ConstExpression(value, true);
-}
 
 constexpr auto Less = Comparator::Less;
 constexpr auto LessEqual = Comparator::LessEqual;
@@ -37,35 +29,35 @@ Comparator operator!=(Handle a, Handle b) { return {a, NotEqual, b}; }
 Comparator operator>=(Handle a, Handle b) { return {a, GreaterEqual, b}; }
 Comparator operator>(Handle a, Handle b) { return {a, Greater, b}; }
 
-Comparator operator<(Property a, Value b) { return {ref(a), Less, bind(b)}; }
-Comparator operator<=(Property a, Value b) { return {ref(a), LessEqual, bind(b)}; }
-Comparator operator==(Property a, Value b) { return {ref(a), Equal, bind(b)}; }
-Comparator operator!=(Property a, Value b) { return {ref(a), NotEqual, bind(b)}; }
-Comparator operator>=(Property a, Value b) { return {ref(a), GreaterEqual, bind(b)}; }
-Comparator operator>(Property a, Value b) { return {ref(a), Greater, bind(b)}; }
+Comparator operator<(Property a, Value b) { return {reference(a), Less, bindable(b)}; }
+Comparator operator<=(Property a, Value b) { return {reference(a), LessEqual, bindable(b)}; }
+Comparator operator==(Property a, Value b) { return {reference(a), Equal, bindable(b)}; }
+Comparator operator!=(Property a, Value b) { return {reference(a), NotEqual, bindable(b)}; }
+Comparator operator>=(Property a, Value b) { return {reference(a), GreaterEqual, bindable(b)}; }
+Comparator operator>(Property a, Value b) { return {reference(a), Greater, bindable(b)}; }
 
-Comparator operator<(Property a, Property b) { return {ref(a), Less, ref(b)}; }
-Comparator operator<=(Property a, Property b) { return {ref(a), LessEqual, ref(b)}; }
-Comparator operator==(Property a, Property b) { return {ref(a), Equal, ref(b)}; }
-Comparator operator!=(Property a, Property b) { return {ref(a), NotEqual, ref(b)}; }
-Comparator operator>=(Property a, Property b) { return {ref(a), GreaterEqual, ref(b)}; }
-Comparator operator>(Property a, Property b) { return {ref(a), Greater, ref(b)}; }
+Comparator operator<(Property a, Property b) { return {reference(a), Less, reference(b)}; }
+Comparator operator<=(Property a, Property b) { return {reference(a), LessEqual, reference(b)}; }
+Comparator operator==(Property a, Property b) { return {reference(a), Equal, reference(b)}; }
+Comparator operator!=(Property a, Property b) { return {reference(a), NotEqual, reference(b)}; }
+Comparator operator>=(Property a, Property b) { return {reference(a), GreaterEqual, reference(b)}; }
+Comparator operator>(Property a, Property b) { return {reference(a), Greater, reference(b)}; }
 
-Comparator operator<(Property a, Handle b) { return {ref(a), Less, b}; }
-Comparator operator<=(Property a, Handle b) { return {ref(a), LessEqual, b}; }
-Comparator operator==(Property a, Handle b) { return {ref(a), Equal, b}; }
-Comparator operator!=(Property a, Handle b) { return {ref(a), NotEqual, b}; }
-Comparator operator>=(Property a, Handle b) { return {ref(a), GreaterEqual, b}; }
-Comparator operator>(Property a, Handle b) { return {ref(a), Greater, b}; }
+Comparator operator<(Property a, Handle b) { return {reference(a), Less, b}; }
+Comparator operator<=(Property a, Handle b) { return {reference(a), LessEqual, b}; }
+Comparator operator==(Property a, Handle b) { return {reference(a), Equal, b}; }
+Comparator operator!=(Property a, Handle b) { return {reference(a), NotEqual, b}; }
+Comparator operator>=(Property a, Handle b) { return {reference(a), GreaterEqual, b}; }
+Comparator operator>(Property a, Handle b) { return {reference(a), Greater, b}; }
 
 BooleanOperator operator&&(Handle a, Handle b) { return {a, BooleanOperator::And, b}; }
 BooleanOperator operator||(Handle a, Handle b) { return {a, BooleanOperator::Or, b}; }
 NotOperator operator!(Handle operand) { return NotOperator(operand); }
 
 ExpressionList operator<<(Handle a, Handle b) { return {a, b}; }
-ExpressionList operator<<(Property a, Handle b) { return {ref(a), b}; }
-ExpressionList operator<<(Handle a, Property b) { return {a, ref(b)}; }
-ExpressionList operator<<(Property a, Property b) { return {ref(a), ref(b)}; }
+ExpressionList operator<<(Property a, Handle b) { return {reference(a), b}; }
+ExpressionList operator<<(Handle a, Property b) { return {a, reference(b)}; }
+ExpressionList operator<<(Property a, Property b) { return {reference(a), reference(b)}; }
 // clang-format on
 
 QTextStream &operator<<(QTextStream &stream, ExpressionHandle e)

@@ -39,6 +39,19 @@ protected:
     /// The operands of another node, as subclasses need them to add or join a list.
     static const QList<ExpressionHandle> &operandsOf(const Operator &node) { return node.operands; }
 
+    /// The operands of @p list joined by @p chain, which is empty so far: a list of none gives the
+    /// empty expression, and a single operand stays as it is.
+    template <class Chain>
+    static ExpressionHandle joinOperands(const Operator &list, Chain chain)
+    {
+        if (list.operands.isEmpty())
+            return ExpressionHandle();
+        if (list.operands.size() == 1)
+            return list.operands.first();
+        static_cast<Operator &>(chain).operands += list.operands;
+        return chain;
+    }
+
     /// The operand at @p index, or the empty expression behind the end.
     const Expression &operandAt(int index) const
     {

@@ -2,6 +2,7 @@
 
 #include "properties/ValueView_p.h"
 #include "time/MachineArithmetic_p.h"
+#include "values/Numbers_p.h"
 
 #include <Vokit/CTimeTranscoder>
 #include <Vokit/IllegalArgumentException>
@@ -31,24 +32,6 @@ bool isNumber(ValueView value)
 bool isDateLike(ValueView value)
 {
     return TypeTool::isDate(static_cast<QVariant::Type>(value.type()));
-}
-
-// The value of a number of any numeric type, as Number.
-template <typename Number>
-Number numberAs(ValueView value)
-{
-    switch (value.type()) {
-    case QMetaType::Int:
-        return static_cast<Number>(value.as<int>());
-    case QMetaType::UInt:
-        return static_cast<Number>(value.as<uint>());
-    case QMetaType::LongLong:
-        return static_cast<Number>(value.as<qlonglong>());
-    case QMetaType::ULongLong:
-        return static_cast<Number>(value.as<qulonglong>());
-    default:
-        return static_cast<Number>(value.as<double>());
-    }
 }
 
 bool becomesText(const QVariant &value)

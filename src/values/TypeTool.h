@@ -85,6 +85,29 @@ public:
     /// A type into which both values go, the left one's first; QVariant::Invalid for none.
     QVariant::Type coerceOtherTypes(const QVariant &a, const QVariant &b) const;
 
+    /**
+     * Arithmetic. Two numbers are computed in their common type, where integers wrap silently; an
+     * unsigned difference that would fall to 0 or below becomes a long long, or a double for 64
+     * bits. Division by 0 fails, 0.0 included, and so does a remainder of doubles.
+     *
+     * Past numbers, do_add moves a date by a number or by another date's count, whichever side it
+     * stands on, and joins any two texts; do_subtract moves a date back. So the "difference" of two
+     * dates is a date, and an Int + ULongLong property are joined digits. All else fails.
+     *
+     * @return an invalid QVariant with ok false after a failure
+     */
+    QVariant do_add(const QVariant &a, const QVariant &b);
+    QVariant do_subtract(const QVariant &a, const QVariant &b);
+    QVariant do_multiply(const QVariant &a, const QVariant &b);
+    QVariant do_divide(const QVariant &a, const QVariant &b);
+    QVariant do_modulo(const QVariant &a, const QVariant &b);
+
+    /// Bits of two integers. Anything else gives an invalid QVariant and leaves ok true, so that a
+    /// chain of them goes on.
+    QVariant do_bitand(const QVariant &a, const QVariant &b);
+    QVariant do_bitor(const QVariant &a, const QVariant &b);
+    QVariant do_bitxor(const QVariant &a, const QVariant &b);
+
     /// Item by item; the smallest or greatest int when one list is the other's beginning.
     int compareList(QList<QVariant> &a, QList<QVariant> &b);
 
@@ -113,6 +136,19 @@ public:
     static long long dateMicroSeconds(const QVariant &value);
     static double dateSeconds(const QVariant &value);
 
+    /**
+     * A value moved by a span, in whole seconds.
+     *
+     * The type is kept where it can hold the result: a Date moved by whole days, a Time that stays
+     * within the day. Otherwise it widens to a DateTime in UTC. A number gives what
+     * dateMicroSeconds made of it, as an Int of milliseconds if it comes out even.
+     */
+    static QVariant dateAdd(const QVariant &value, long long microSeconds);
+
+    /// A date as a number or a number as a date, by dateMicroSeconds; invalid for any other pair.
+    /// A long long is asked for in vain: it comes as an unsigned one.
+    static QVariant castDate(const QVariant &value, QVariant::Type type);
+
     static const QDate EPOCH;      ///< 1970-01-01
     static const QTime MIDNIGHT;   ///< 00:00
     static const QVariant INVALID; ///< NULL
@@ -125,6 +161,9 @@ public:
 
 private:
     QVariant::Type coerceNumericTypes(ValueView a, ValueView b) const;
+    template <typename Operation>
+    bool compute(const QVariant &a, const QVariant &b, Operation operation, QVariant *result);
+    QVariant fail();
 
     bool leftConstant;
     bool rightConstant;

@@ -1,0 +1,165 @@
+#include <Vokit/NumericOperator>
+
+#include <Vokit/ConstExpression>
+#include <Vokit/ExpressionList>
+#include <Vokit/TypeTool>
+#include <Vokit/UnaryOperator>
+
+#include <iterator>
+
+namespace vogen {
+
+namespace {
+
+/// What an operation is: how it is computed, and how it prints.
+struct Operation
+{
+    QVariant (TypeTool::*compute)(const QVariant &, const QVariant &);
+    const char *text;
+    const char *codeText;
+};
+
+// By NumOp.
+constexpr Operation gOperations[] = {
+    {&TypeTool::do_add, "+", "+"},        {&TypeTool::do_subtract, "-", "-"},
+    {&TypeTool::do_multiply, "*", "*"},   {&TypeTool::do_divide, "/", "/"},
+    {&TypeTool::do_modulo, " mod ", "%"}, {&TypeTool::do_bitand, "&", "&"},
+    {&TypeTool::do_bitor, "|", "|"},      {&TypeTool::do_bitxor, "^", "^"},
+};
+
+// Null for a code that no enumerator names, which only a damaged stream brings.
+const Operation *find(NumericOperator::NumOp operation)
+{
+    const auto index = static_cast<quint32>(operation);
+    return index < std::size(gOperations) ? &gOperations[index] : nullptr;
+}
+
+const ConstExpression gZero(QVariant(0), false);
+[[maybe_unused]] const bool gRegistered[] = {
+    Expression::registerExpressionClass(NumericOperator(gZero, NumericOperator::Add, gZero)),
+    Expression::registerExpressionClass(UnaryOperator(UnaryOperator::Minus, gZero)),
+};
+
+} // namespace
+
+NumericOperator::NumericOperator(ExpressionHandle left, NumOp operation, ExpressionHandle right)
+    : op(operation)
+{
+    append(left);
+    append(right);
+}
+
+NumericOperator::NumericOperator(NumOp operation)
+    : op(operation)
+{}
+
+NumericOperator::~NumericOperator() = default;
+
+QVariant NumericOperator::evaluate(const PropertySet &properties, bool *isConstant) const
+{
+    if (operands.isEmpty())
+        return {};
+    bool constant = false;
+    QVariant value = operands.first()->evaluate(properties, &constant);
+    if (isConstant)
+        *isConstant = constant;
+    for (int i = 1; i < operands.size(); ++i) {
+        bool operandConstant = false;
+        const QVariant operand = operands.at(i)->evaluate(properties, &operandConstant);
+        if (isConstant && !operandConstant)
+            *isConstant = false;
+        if (!apply(value, constant, op, operand, operandConstant))
+            return {};
+    }
+    return value;
+}
+
+Expression *NumericOperator::clone() const
+{
+    return new NumericOperator(*this);
+}
+
+bool NumericOperator::equals(const Expression *other) const
+{
+    const auto *numeric = dynamic_cast<const NumericOperator *>(other);
+    return numeric && op == numeric->op && Operator::equals(other);
+}
+
+void NumericOperator::print(QTextStream &stream, PrintStyle style) const
+{
+    const Operation *known = find(op);
+    if (known)
+        printChain(stream, style, style & PrintCode ? known->codeText : known->text);
+    else
+        printChain(stream, style, "");
+}
+
+void NumericOperator::write(QDataStream &stream) const
+{
+    writeWithCode(stream, op);
+}
+
+void NumericOperator::read(QDataStream &stream)
+{
+    op = static_cast<NumOp>(readWithCode(stream));
+}
+
+NumericOperator &NumericOperator::append(ExpressionHandle operand)
+{
+    Operator::append(operand);
+    return *this;
+}
+
+ExpressionHandle NumericOperator::join(const ExpressionList &list, NumOp operation)
+{
+    return joinOperands(list, NumericOperator(operation));
+}
+
+bool NumericOperator::apply(QVariant &value, bool &isConstant, NumOp operation,
+                            const QVariant &operand, bool operandConstant)
+{
+    const Operation *known = find(operation);
+    if (!known)
+        return false;
+    TypeTool tool(isConstant, operandConstant);
+    value = (tool.*known->compute)(value, operand);
+    isConstant = isConstant && operandConstant;
+    return tool.wasOK();
+}
+
+// clang-format off
+NumericOperator NumericOperator::operator+(ExpressionHandle right) { return joined(Add, right); }
+NumericOperator NumericOperator::operator-(ExpressionHandle right) { return joined(Subtract, right); }
+NumericOperator NumericOperator::operator*(ExpressionHandle right) { return joined(Multiply, right); }
+NumericOperator NumericOperator::operator/(ExpressionHandle right) { return joined(Divide, right); }
+NumericOperator NumericOperator::operator%(ExpressionHandle right) { return joined(Modulo, right); }
+NumericOperator NumericOperator::operator&(ExpressionHandle right) { return joined(BitAnd, right); }
+NumericOperator NumericOperator::operator|(ExpressionHandle right) { return joined(BitOr, right); }
+NumericOperator NumericOperator::operator^(ExpressionHandle right) { return joined(BitXor, right); }
+NumericOperator NumericOperator::operator+(const Expression &right) { return joined(Add, right); }
+
+NumericOperator &NumericOperator::operator+=(ExpressionHandle right) { return extend(Add, right); }
+NumericOperator &NumericOperator::operator-=(ExpressionHandle right) { return extend(Subtract, right); }
+NumericOperator &NumericOperator::operator*=(ExpressionHandle right) { return extend(Multiply, right); }
+NumericOperator &NumericOperator::operator/=(ExpressionHandle right) { return extend(Divide, right); }
+NumericOperator &NumericOperator::operator%=(ExpressionHandle right) { return extend(Modulo, right); }
+NumericOperator &NumericOperator::operator&=(ExpressionHandle right) { return extend(BitAnd, right); }
+NumericOperator &NumericOperator::operator|=(ExpressionHandle right) { return extend(BitOr, right); }
+NumericOperator &NumericOperator::operator^=(ExpressionHandle right) { return extend(BitXor, right); }
+// clang-format on
+
+NumericOperator NumericOperator::joined(NumOp joint, ExpressionHandle right)
+{
+    if (op == joint)
+        return append(right);
+    return {*this, joint, right};
+}
+
+NumericOperator &NumericOperator::extend(NumOp joint, ExpressionHandle right)
+{
+    if (op == joint)
+        return append(right);
+    return *this = NumericOperator(*this, joint, right);
+}
+
+} // namespace vogen

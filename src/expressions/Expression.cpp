@@ -3,6 +3,7 @@
 #include "expressions/Truth_p.h"
 #include "properties/ValueView_p.h"
 
+#include <Vokit/CastExpression>
 #include <Vokit/ConstExpression>
 #include <Vokit/ExpressionList>
 #include <Vokit/ValueExpression>
@@ -31,6 +32,8 @@ constexpr int gUsualValueCount = 8;
 [[maybe_unused]] const bool gRegistered[] = {
     Expression::registerExpressionClass(ConstExpression(QVariant(0), true)),
     Expression::registerExpressionClass(ValueExpression(QString(), QString())),
+    Expression::registerExpressionClass(
+        CastExpression(QVariant::Int, ConstExpression(QVariant(0), false))),
     Expression::registerExpressionClass(ExpressionList()),
 };
 

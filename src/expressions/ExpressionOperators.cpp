@@ -70,3 +70,14 @@ QTextStream &operator<<(QTextStream &stream, const Expression &e)
     e.print(stream, Expression::PrintSql);
     return stream;
 }
+
+QDataStream &operator<<(QDataStream &stream, ExpressionHandle e)
+{
+    Expression::writeExpression(stream, e);
+    return stream;
+}
+
+QDataStream &operator<<(QDataStream &stream, const Expression &e)
+{
+    return stream << ExpressionHandle(e);
+}

@@ -2,6 +2,7 @@
 
 #include <Vokit/BaseProperty>
 #include <Vokit/BooleanOperator>
+#include <Vokit/CastExpression>
 #include <Vokit/Comparator>
 #include <Vokit/ConstExpression>
 #include <Vokit/ElementOf>
@@ -36,6 +37,7 @@
  *          empty handle makes an And NULL.
  */
 
+class QDataStream;
 class QTextStream;
 
 // clang-format off
@@ -81,3 +83,7 @@ VOKIT_EXPORT vogen::ExpressionList operator<<(const vogen::BaseProperty &a, cons
 /// otherwise fit a handle and a QString alike.
 VOKIT_EXPORT QTextStream &operator<<(QTextStream &stream, vogen::ExpressionHandle e);
 VOKIT_EXPORT QTextStream &operator<<(QTextStream &stream, const vogen::Expression &e);
+
+/// As Expression::writeExpression(); Expression::readExpression() reads it back.
+VOKIT_EXPORT QDataStream &operator<<(QDataStream &stream, vogen::ExpressionHandle e);
+VOKIT_EXPORT QDataStream &operator<<(QDataStream &stream, const vogen::Expression &e);

@@ -68,11 +68,11 @@ private slots:
 
 void tst_ExpressionStreaming::registry()
 {
-    const QStringList keys{"N5vogen10ComparatorE",      "N5vogen11NotOperatorE",
-                           "N5vogen13UnaryOperatorE",   "N5vogen14CastExpressionE",
-                           "N5vogen14ExpressionListE",  "N5vogen15BooleanOperatorE",
-                           "N5vogen15ConstExpressionE", "N5vogen15NumericOperatorE",
-                           "N5vogen15ValueExpressionE", "N5vogen9ElementOfE"};
+    const QStringList keys{
+        "N5vogen10ComparatorE",         "N5vogen11NotOperatorE",     "N5vogen13UnaryOperatorE",
+        "N5vogen14CastExpressionE",     "N5vogen14ExpressionListE",  "N5vogen15BooleanOperatorE",
+        "N5vogen15ConstExpressionE",    "N5vogen15NumericOperatorE", "N5vogen15ValueExpressionE",
+        "N5vogen18FunctionExpressionE", "N5vogen9ElementOfE"};
     for (const QString &key : keys) {
         QVERIFY2(Expression::expressionClassMap().contains(key), qPrintable(key));
         const ExpressionHandle &prototype = Expression::expressionClassMap()[key];

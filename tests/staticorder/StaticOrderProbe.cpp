@@ -38,7 +38,7 @@ const ExpressionHandle gEarlyFilter =
 int main()
 {
     check(gOwnRegistered, "a client's class registers at any time");
-    check(Expression::expressionClassMap().size() == 11, "ten classes of the library and one");
+    check(Expression::expressionClassMap().size() == 12, "eleven classes of the library and one");
     check(ExpressionHandle().constData() != nullptr, "a default handle is never null");
     check(ExpressionHandle().constData() == ExpressionList::empty().constData(), "one empty");
     check(ExpressionHandle()->isEmpty(), "the empty expression is empty");
@@ -51,6 +51,10 @@ int main()
     check(TypeTool::EPOCH == QDate(1970, 1, 1), "the epoch");
     check(TypeTool::MIDNIGHT == QTime(0, 0), "midnight");
     check(!TypeTool::INVALID.isValid(), "NULL");
+
+    check(FunctionExpression::functionMap().size() == 21, "the built-in functions");
+    check(FunctionExpression::isRegistered("regexp"), "to the last");
+    check(lower(ConstExpression(QVariant("A"), false)).toString() == "lower('A')", "print");
 
     PropertySet set;
     set.add(boost::shared_ptr<BaseProperty>(new IntProperty("a", "", 5)));

@@ -1,0 +1,197 @@
+#include <Vokit/FunctionExpression>
+
+#include <Vokit/TypeTool>
+
+#include <QDateTime>
+
+#include <cmath>
+#include <cstdlib>
+
+namespace vogen {
+
+namespace {
+
+// A missing argument, as a tree from a damaged stream may have it, reads as NULL.
+QString text(const QList<QVariant> &values, int index = 0)
+{
+    return values.value(index).toString();
+}
+
+// The value that no other one outdoes, the earlier one on a tie or where they can't be compared.
+template <typename Outdone>
+QVariant chosen(const QList<QVariant> &values, Outdone outdone)
+{
+    TypeTool tool(false, false);
+    QVariant current = values.value(0);
+    for (int i = 1; i < values.size(); ++i) {
+        if (outdone(tool.compare(current, values.at(i))))
+            current = values.at(i);
+    }
+    return current;
+}
+
+} // namespace
+
+QVariant FunctionExpression::currentDate(const QList<QVariant> & /*values*/)
+{
+    return QDateTime::currentDateTime().date();
+}
+
+QVariant FunctionExpression::currentTime(const QList<QVariant> & /*values*/)
+{
+    return QDateTime::currentDateTime().time();
+}
+
+QVariant FunctionExpression::currentDateTime(const QList<QVariant> & /*values*/)
+{
+    return QDateTime::currentDateTime();
+}
+
+QVariant FunctionExpression::abs(const QList<QVariant> &values)
+{
+    TypeTool tool(false, false);
+    const QVariant value = values.value(0);
+    const QVariant zero(0);
+    return tool.compare(value, zero) < 0 ? tool.do_subtract(zero, value) : value;
+}
+
+// min keeps the value that compares greatest, and max the smallest: stored filters depend on it.
+QVariant FunctionExpression::min(const QList<QVariant> &values)
+{
+    return chosen(values, [](int order) { return order < 0; });
+}
+
+QVariant FunctionExpression::max(const QList<QVariant> &values)
+{
+    return chosen(values, [](int order) { return order > 0; });
+}
+
+QVariant FunctionExpression::count(const QList<QVariant> &values)
+{
+    return values.size();
+}
+
+QVariant FunctionExpression::group_concat(const QList<QVariant> &values)
+{
+    const QLatin1Char comma(',');
+    QString result;
+    for (const QVariant &value : values) {
+        if (!result.endsWith(comma))
+            result += comma;
+        result += value.toString();
+    }
+    return result;
+}
+
+QVariant FunctionExpression::coalesce(const QList<QVariant> &values)
+{
+    for (const QVariant &value : values) {
+        if (!value.isNull())
+            return value;
+    }
+    return {};
+}
+
+QVariant FunctionExpression::ifnull(const QList<QVariant> &values)
+{
+    return coalesce(values);
+}
+
+// The first value when both are equal: stored filters depend on this sense.
+QVariant FunctionExpression::nullif(const QList<QVariant> &values)
+{
+    const QVariant first = values.value(0);
+    return TypeTool(false, false).equals(first, values.value(1)) ? first : QVariant();
+}
+
+QVariant FunctionExpression::hex(const QList<QVariant> &values)
+{
+    return QString::number(values.value(0).toULongLong(), 16);
+}
+
+QVariant FunctionExpression::round(const QList<QVariant> &values)
+{
+    return std::floor(values.value(0).toDouble() + 0.5);
+}
+
+QVariant FunctionExpression::random(const QList<QVariant> & /*values*/)
+{
+    return std::rand();
+}
+
+QVariant FunctionExpression::length(const QList<QVariant> &values)
+{
+    return text(values).length();
+}
+
+QVariant FunctionExpression::lower(const QList<QVariant> &values)
+{
+    return text(values).toLower();
+}
+
+QVariant FunctionExpression::upper(const QList<QVariant> &values)
+{
+    return text(values).toUpper();
+}
+
+QVariant FunctionExpression::quote(const QList<QVariant> &values)
+{
+    return QStringLiteral("%1").arg(text(values));
+}
+
+QVariant FunctionExpression::trim(const QList<QVariant> &values)
+{
+    return text(values).trimmed();
+}
+
+namespace {
+
+QString translatedPattern(QString pattern, const QString &escape)
+{
+    const QLatin1String backslash("\\");
+    if (!escape.isEmpty()) {
+        pattern.replace(backslash, QLatin1String("\\\\"));
+        pattern.replace(escape, backslash);
+    }
+    pattern.replace(QLatin1String("."), QLatin1String("\\."));
+    pattern.replace(QLatin1String("%"), QLatin1String("\\%"));
+    pattern.replace(QLatin1String("_"), QLatin1String("."));
+    // Meets the "%" marked above as well: in memory it matches points, and filters depend on it.
+    pattern.replace(QLatin1String("%"), QLatin1String(".*"));
+    return pattern;
+}
+
+} // namespace
+
+QVariant FunctionExpression::like(const QList<QVariant> &values)
+{
+    const QString pattern = text(values, 1);
+    const QString escape = text(values, 2);
+    const QString suffix = QLatin1Char('/') + escape;
+    // Looked up as written and filed as translated: only a pattern that is its own translation is
+    // found again, and one that looks like another's translation finds that one.
+    QRegExp *expression = gLikeCache.object(pattern + suffix);
+    if (!expression) {
+        const QString translated = translatedPattern(pattern, escape);
+        expression = new QRegExp(translated, Qt::CaseSensitive, QRegExp::RegExp);
+        gLikeCache.insert(translated + suffix, expression);
+    }
+    return expression->exactMatch(text(values));
+}
+
+QVariant FunctionExpression::regexp(const QList<QVariant> &values)
+{
+    const QVariant given = values.value(1);
+    if (given.canConvert(QVariant::RegExp))
+        return given.toRegExp().exactMatch(text(values));
+
+    const QString pattern = given.toString();
+    QRegExp *cached = gRegExpCache.object(pattern);
+    if (!cached) {
+        cached = new QRegExp(pattern, Qt::CaseSensitive, QRegExp::RegExp);
+        gRegExpCache.insert(pattern, cached);
+    }
+    return QRegExp(*cached).exactMatch(text(values));
+}
+
+} // namespace vogen

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <memory>
 
 namespace vogen {
 
@@ -161,37 +162,43 @@ QString translatedPattern(QString pattern, const QString &escape)
     return pattern;
 }
 
+// Matches with a new expression, and keeps it under the key.
+bool matchAndKeep(QCache<QString, QRegExp> &cache, const QString &key, const QString &pattern,
+                  const QString &subject)
+{
+    auto made = std::make_unique<QRegExp>(pattern, Qt::CaseSensitive, QRegExp::RegExp);
+    const bool matches = made->exactMatch(subject);
+    cache.insert(key, made.release());
+    return matches;
+}
+
 } // namespace
 
 QVariant FunctionExpression::like(const QList<QVariant> &values)
 {
+    const QString subject = text(values);
     const QString pattern = text(values, 1);
     const QString escape = text(values, 2);
     const QString suffix = QLatin1Char('/') + escape;
     // Looked up as written and filed as translated: only a pattern that is its own translation is
     // found again, and one that looks like another's translation finds that one.
-    QRegExp *expression = gLikeCache.object(pattern + suffix);
-    if (!expression) {
-        const QString translated = translatedPattern(pattern, escape);
-        expression = new QRegExp(translated, Qt::CaseSensitive, QRegExp::RegExp);
-        gLikeCache.insert(translated + suffix, expression);
-    }
-    return expression->exactMatch(text(values));
+    if (const QRegExp *known = gLikeCache.object(pattern + suffix))
+        return known->exactMatch(subject);
+    const QString translated = translatedPattern(pattern, escape);
+    return matchAndKeep(gLikeCache, translated + suffix, translated, subject);
 }
 
 QVariant FunctionExpression::regexp(const QList<QVariant> &values)
 {
+    const QString subject = text(values);
     const QVariant given = values.value(1);
     if (given.canConvert(QVariant::RegExp))
-        return given.toRegExp().exactMatch(text(values));
+        return given.toRegExp().exactMatch(subject);
 
     const QString pattern = given.toString();
-    QRegExp *cached = gRegExpCache.object(pattern);
-    if (!cached) {
-        cached = new QRegExp(pattern, Qt::CaseSensitive, QRegExp::RegExp);
-        gRegExpCache.insert(pattern, cached);
-    }
-    return QRegExp(*cached).exactMatch(text(values));
+    if (const QRegExp *known = gRegExpCache.object(pattern))
+        return QRegExp(*known).exactMatch(subject);
+    return matchAndKeep(gRegExpCache, pattern, pattern, subject);
 }
 
 } // namespace vogen

@@ -86,16 +86,16 @@ QVariant TypeTool::do_subtract(const QVariant &a, const QVariant &b)
     // An unsigned difference never wraps below zero; it changes its type as soon as it gets there.
     const auto subtract = [](auto x, auto y) {
         using Number = decltype(x);
-        if constexpr (isDouble<Number>)
+        if constexpr (isDouble<Number>) {
             return QVariant(x - y);
-        else if constexpr (std::is_signed_v<Number>)
-            return QVariant(vo::wrappingSubtract(x, y));
-        else if (y < x)
-            return QVariant(x - y);
-        else if constexpr (std::is_same_v<Number, uint>)
-            return QVariant(static_cast<qlonglong>(x) - static_cast<qlonglong>(y));
-        else
-            return QVariant(static_cast<double>(x) - static_cast<double>(y));
+        } else {
+            if (std::is_signed_v<Number> || y < x)
+                return QVariant(vo::wrappingSubtract(x, y));
+            if constexpr (std::is_same_v<Number, uint>)
+                return QVariant(static_cast<qlonglong>(x) - static_cast<qlonglong>(y));
+            else
+                return QVariant(static_cast<double>(x) - static_cast<double>(y));
+        }
     };
     QVariant result;
     if (compute(a, b, subtract, &result))

@@ -47,7 +47,8 @@ bool ValueExpression::equals(const Expression *other) const
 
 void ValueExpression::print(QTextStream &stream, PrintStyle style) const
 {
-    stream << QString(name).replace(QLatin1Char(' '), QLatin1Char('_'));
+    const QLatin1Char blank(' ');
+    stream << (name.contains(blank) ? QString(name).replace(blank, QLatin1Char('_')) : name);
     if ((style & PrintSql) && !alias.isEmpty())
         stream << " AS " << alias;
 }

@@ -81,22 +81,22 @@ ExpressionHandle BooleanOperator::join(const ExpressionList &list, BoolOp operat
 
 BooleanOperator BooleanOperator::operator&&(ExpressionHandle right)
 {
-    return joined(And, right);
+    return Operator::joined(*this, And, right);
 }
 
 BooleanOperator BooleanOperator::operator||(ExpressionHandle right)
 {
-    return joined(Or, right);
+    return Operator::joined(*this, Or, right);
 }
 
 BooleanOperator &BooleanOperator::operator&=(ExpressionHandle right)
 {
-    return extend(And, right);
+    return Operator::extend(*this, And, right);
 }
 
 BooleanOperator &BooleanOperator::operator|=(ExpressionHandle right)
 {
-    return extend(Or, right);
+    return Operator::extend(*this, Or, right);
 }
 
 Truth BooleanOperator::truth(const PropertySet &properties, bool *isConstant) const
@@ -120,20 +120,6 @@ Truth BooleanOperator::combine(const PropertySet &properties, bool *isConstant) 
             return condition;
     }
     return truthOf(op == And);
-}
-
-BooleanOperator BooleanOperator::joined(BoolOp joint, ExpressionHandle right)
-{
-    if (op == joint)
-        return append(right);
-    return {*this, joint, right};
-}
-
-BooleanOperator &BooleanOperator::extend(BoolOp joint, ExpressionHandle right)
-{
-    if (op == joint)
-        return append(right);
-    return *this = BooleanOperator(*this, joint, right);
 }
 
 } // namespace vogen

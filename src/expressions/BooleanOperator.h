@@ -58,11 +58,11 @@ protected:
     BoolOp op;
 
 private:
+    friend class Operator; // joins chains
+
     Truth truth(const PropertySet &properties, bool *isConstant) const override;
 
     Truth combine(const PropertySet &properties, bool *isConstant) const;
-    BooleanOperator joined(BoolOp joint, ExpressionHandle right);
-    BooleanOperator &extend(BoolOp joint, ExpressionHandle right);
 };
 
 } // namespace vogen

@@ -82,10 +82,16 @@ const Expression &Operator::missingOperand()
 void Operator::printOperands(QTextStream &stream, PrintStyle style, int first,
                              const char *separator) const
 {
-    for (int i = first; i < operands.size(); ++i) {
+    printList(stream, style, operands, first, separator);
+}
+
+void Operator::printList(QTextStream &stream, PrintStyle style,
+                         const QList<ExpressionHandle> &nodes, int first, const char *separator)
+{
+    for (int i = first; i < nodes.size(); ++i) {
         if (i > first)
             stream << separator;
-        operands.at(i)->print(stream, style);
+        nodes.at(i)->print(stream, style);
     }
 }
 

@@ -52,6 +52,25 @@ protected:
         return chain;
     }
 
+    /// Adds @p right to a chain of the operation @p joint; a chain of another one becomes the first
+    /// operand of a new one, in place.
+    template <class Chain, typename Operation>
+    static Chain &extend(Chain &chain, Operation joint, ExpressionHandle right)
+    {
+        if (chain.op == joint)
+            return chain.append(right);
+        return chain = Chain(chain, joint, right);
+    }
+
+    /// The same for a copy: only a chain of that operation is changed itself.
+    template <class Chain, typename Operation>
+    static Chain joined(Chain &chain, Operation joint, ExpressionHandle right)
+    {
+        if (chain.op == joint)
+            return chain.append(right);
+        return Chain(chain, joint, right);
+    }
+
     /// The operand at @p index, or the empty expression behind the end.
     const Expression &operandAt(int index) const
     {
@@ -67,6 +86,10 @@ protected:
     /// The record of a class that has an operation code: version, code and the operands' record.
     void writeWithCode(QDataStream &stream, qint32 code) const;
     qint32 readWithCode(QDataStream &stream);
+
+    /// The nodes from @p first on, with a separator between them.
+    static void printList(QTextStream &stream, PrintStyle style,
+                          const QList<ExpressionHandle> &nodes, int first, const char *separator);
 
     QList<ExpressionHandle> operands;
 

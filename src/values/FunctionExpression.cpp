@@ -196,11 +196,7 @@ void FunctionExpression::printDefault(QTextStream &stream, Expression::PrintStyl
     stream << functionName << '(';
     if (style & PrintDistinct)
         stream << "DISTINCT ";
-    for (int i = 0; i < arguments.size(); ++i) {
-        if (i > 0)
-            stream << ',';
-        arguments.at(i)->print(stream, style);
-    }
+    printList(stream, style, arguments, 0, ",");
     stream << ')';
 }
 

@@ -128,38 +128,24 @@ bool NumericOperator::apply(QVariant &value, bool &isConstant, NumOp operation,
 }
 
 // clang-format off
-NumericOperator NumericOperator::operator+(ExpressionHandle right) { return joined(Add, right); }
-NumericOperator NumericOperator::operator-(ExpressionHandle right) { return joined(Subtract, right); }
-NumericOperator NumericOperator::operator*(ExpressionHandle right) { return joined(Multiply, right); }
-NumericOperator NumericOperator::operator/(ExpressionHandle right) { return joined(Divide, right); }
-NumericOperator NumericOperator::operator%(ExpressionHandle right) { return joined(Modulo, right); }
-NumericOperator NumericOperator::operator&(ExpressionHandle right) { return joined(BitAnd, right); }
-NumericOperator NumericOperator::operator|(ExpressionHandle right) { return joined(BitOr, right); }
-NumericOperator NumericOperator::operator^(ExpressionHandle right) { return joined(BitXor, right); }
-NumericOperator NumericOperator::operator+(const Expression &right) { return joined(Add, right); }
+NumericOperator NumericOperator::operator+(ExpressionHandle right) { return Operator::joined(*this, Add, right); }
+NumericOperator NumericOperator::operator-(ExpressionHandle right) { return Operator::joined(*this, Subtract, right); }
+NumericOperator NumericOperator::operator*(ExpressionHandle right) { return Operator::joined(*this, Multiply, right); }
+NumericOperator NumericOperator::operator/(ExpressionHandle right) { return Operator::joined(*this, Divide, right); }
+NumericOperator NumericOperator::operator%(ExpressionHandle right) { return Operator::joined(*this, Modulo, right); }
+NumericOperator NumericOperator::operator&(ExpressionHandle right) { return Operator::joined(*this, BitAnd, right); }
+NumericOperator NumericOperator::operator|(ExpressionHandle right) { return Operator::joined(*this, BitOr, right); }
+NumericOperator NumericOperator::operator^(ExpressionHandle right) { return Operator::joined(*this, BitXor, right); }
+NumericOperator NumericOperator::operator+(const Expression &right) { return Operator::joined(*this, Add, right); }
 
-NumericOperator &NumericOperator::operator+=(ExpressionHandle right) { return extend(Add, right); }
-NumericOperator &NumericOperator::operator-=(ExpressionHandle right) { return extend(Subtract, right); }
-NumericOperator &NumericOperator::operator*=(ExpressionHandle right) { return extend(Multiply, right); }
-NumericOperator &NumericOperator::operator/=(ExpressionHandle right) { return extend(Divide, right); }
-NumericOperator &NumericOperator::operator%=(ExpressionHandle right) { return extend(Modulo, right); }
-NumericOperator &NumericOperator::operator&=(ExpressionHandle right) { return extend(BitAnd, right); }
-NumericOperator &NumericOperator::operator|=(ExpressionHandle right) { return extend(BitOr, right); }
-NumericOperator &NumericOperator::operator^=(ExpressionHandle right) { return extend(BitXor, right); }
+NumericOperator &NumericOperator::operator+=(ExpressionHandle right) { return Operator::extend(*this, Add, right); }
+NumericOperator &NumericOperator::operator-=(ExpressionHandle right) { return Operator::extend(*this, Subtract, right); }
+NumericOperator &NumericOperator::operator*=(ExpressionHandle right) { return Operator::extend(*this, Multiply, right); }
+NumericOperator &NumericOperator::operator/=(ExpressionHandle right) { return Operator::extend(*this, Divide, right); }
+NumericOperator &NumericOperator::operator%=(ExpressionHandle right) { return Operator::extend(*this, Modulo, right); }
+NumericOperator &NumericOperator::operator&=(ExpressionHandle right) { return Operator::extend(*this, BitAnd, right); }
+NumericOperator &NumericOperator::operator|=(ExpressionHandle right) { return Operator::extend(*this, BitOr, right); }
+NumericOperator &NumericOperator::operator^=(ExpressionHandle right) { return Operator::extend(*this, BitXor, right); }
 // clang-format on
-
-NumericOperator NumericOperator::joined(NumOp joint, ExpressionHandle right)
-{
-    if (op == joint)
-        return append(right);
-    return {*this, joint, right};
-}
-
-NumericOperator &NumericOperator::extend(NumOp joint, ExpressionHandle right)
-{
-    if (op == joint)
-        return append(right);
-    return *this = NumericOperator(*this, joint, right);
-}
 
 } // namespace vogen

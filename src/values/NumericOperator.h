@@ -87,8 +87,7 @@ protected:
     NumOp op;
 
 private:
-    NumericOperator joined(NumOp joint, ExpressionHandle right);
-    NumericOperator &extend(NumOp joint, ExpressionHandle right);
+    friend class Operator; // joins chains
 };
 
 } // namespace vogen

@@ -11,6 +11,8 @@
 #include <QRegExp>
 #include <QTextStream>
 
+#include <new>
+
 namespace vogen {
 
 namespace {
@@ -70,7 +72,12 @@ void ConstExpression::write(QDataStream &stream) const
 void ConstExpression::read(QDataStream &stream)
 {
     qint32 version = 0;
-    stream >> version >> placeholder >> value;
+    stream >> version >> placeholder;
+    try {
+        stream >> value;
+    } catch (const std::bad_alloc &) {
+        value = QVariant(); // Qt believed a length that lies
+    }
 }
 
 ConstExpression ConstExpression::time(int hour, int minute, int second, int millisecond)

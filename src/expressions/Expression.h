@@ -114,8 +114,14 @@ public:
      *
      * @return the empty expression for a key that isn't known; the stream then stands right behind
      *         the key, so whatever encloses the node reads on from there. A stream that ends too
-     *         early gives zeroes, nulls, and no operands from there on. Trees nest as deep as the
-     *         stream says, on the caller's stack: don't read streams from strangers.
+     *         early gives zeroes and nulls, and empty expressions for the operands that a count
+     *         still promises, up to 1,024 in one list. A value that Qt can't find the memory for
+     *         is NULL. The status and the position of the stream tell whether it held the whole
+     *         tree and nothing else.
+     *
+     * Nothing bounds the depth of a tree but the caller's stack: one that a stranger wrote may
+     * nest deeper than that holds. Evaluating, printing and deleting take the stack in the same
+     * way. With the classes of this library, n bytes nest at most n / 31 levels deep.
      */
     static ExpressionHandle readExpression(QDataStream &stream);
 

@@ -9,7 +9,11 @@ namespace vogen {
 
 namespace {
 constexpr qint32 gRecordVersion = 1;
-}
+
+// How far a list is filled up with operands that the data doesn't hold. A damaged count may promise
+// two thousand millions of them, in each of the operators that nest around it.
+constexpr qint32 gMissingOperandLimit = 1024;
+} // namespace
 
 Operator::Operator() = default;
 Operator::~Operator() = default;
@@ -48,9 +52,14 @@ void Operator::read(QDataStream &stream)
     qint32 count = 0;
     stream >> version >> count;
     operands.clear();
-    // A damaged count may promise two thousand millions: the end of the data ends the list.
-    for (qint32 i = 0; i < count && !stream.atEnd(); ++i)
+    while (operands.size() < count) {
         operands.append(readExpression(stream));
+        if (stream.status() != QDataStream::Ok && stream.atEnd())
+            break;
+    }
+    // Behind the end of the data every operand is the empty expression.
+    while (operands.size() < std::min(count, gMissingOperandLimit))
+        operands.append(ExpressionHandle());
 }
 
 void Operator::writeWithCode(QDataStream &stream, qint32 code) const

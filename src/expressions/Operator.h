@@ -26,6 +26,8 @@ public:
     /// Whether there are no operands; an operand that is empty itself counts as one.
     bool isEmpty() const override;
     void write(QDataStream &stream) const override;
+    /// A count that is negative reads no operand. See Expression::readExpression() for a count that
+    /// the stream can't hold.
     void read(QDataStream &stream) override;
 
     /// Adds an operand as it is. For nodes under construction, which nobody shares yet.

@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+#include <sys/resource.h>
+
 using namespace vogen;
 using namespace test;
 
@@ -45,6 +47,38 @@ const char *const gFive = "00000002"
                           "00"
                           "00000005"; // QVariant of the int 5
 
+// Lets no request for more than a gigabyte succeed. The sanitizers need all addresses, and refuse
+// such a request in their own way.
+class LimitedMemory
+{
+public:
+    LimitedMemory()
+    {
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+        ::getrlimit(RLIMIT_AS, &m_before);
+        rlimit limit = m_before;
+        limit.rlim_cur = 1U << 30;
+        m_limited = ::setrlimit(RLIMIT_AS, &limit) == 0;
+#endif
+    }
+    ~LimitedMemory()
+    {
+        if (m_limited)
+            ::setrlimit(RLIMIT_AS, &m_before);
+    }
+    LimitedMemory(const LimitedMemory &) = delete;
+    LimitedMemory &operator=(const LimitedMemory &) = delete;
+
+    explicit operator bool() const
+    {
+        return m_limited;
+    }
+
+private:
+    rlimit m_before{};
+    bool m_limited = false;
+};
+
 } // namespace
 
 class tst_ExpressionStreaming : public QObject
@@ -64,6 +98,9 @@ private slots:
     void endsEarly();
     void counts_data();
     void counts();
+    void moreThanAreFilledUp();
+    void countsWithinCounts();
+    void lengthsThatLie();
 };
 
 void tst_ExpressionStreaming::registry()
@@ -240,7 +277,10 @@ void tst_ExpressionStreaming::counts_data()
     QTest::newRow("none") << hex("00000000") << "";
     QTest::newRow("negative") << hex("ffffffff") << "";
     QTest::newRow("the least") << hex("80000000") << "";
-    QTest::newRow("two thousand millions: the data ends the list") << hex("7fffffff") << "a,b";
+    QTest::newRow("more: the empty expression for the rest") << hex("00000005") << "a,b,,,";
+    QTest::newRow("as many as are filled up") << hex("00000400") << "a,b" + QString(1022, ',');
+    QTest::newRow("more than are filled up") << hex("00000401") << "a,b" + QString(1022, ',');
+    QTest::newRow("two thousand millions") << hex("7fffffff") << "a,b" + QString(1022, ',');
 }
 
 void tst_ExpressionStreaming::counts()
@@ -249,6 +289,39 @@ void tst_ExpressionStreaming::counts()
     const ExpressionHandle e = readBack(envelope("N5vogen14ExpressionListE") + hex("00000001") +
                                         count + reference("a") + reference("b"));
     QTEST(print(e, Sql), "text");
+    QVERIFY(readBack(written(e)).equals(e));
+}
+
+void tst_ExpressionStreaming::moreThanAreFilledUp()
+{
+    // The bound is for what the data doesn't hold: a long list is read as long as it is.
+    ExpressionList list;
+    for (int i = 0; i < 3000; ++i)
+        list.append(ExpressionHandle());
+    QVERIFY(readBack(written(list)).equals(list));
+}
+
+void tst_ExpressionStreaming::countsWithinCounts()
+{
+    // Each of these lists promises two thousand millions of operands and holds one at the most.
+    const QByteArray level =
+        envelope("N5vogen14ExpressionListE") + hex("00000001") + hex("7fffffff");
+    const ExpressionHandle e = readBack(level.repeated(500));
+    QCOMPARE(print(e, Sql), QString(500 * 1023, ','));
+}
+
+void tst_ExpressionStreaming::lengthsThatLie()
+{
+    // Qt makes room for as many items as the record of the list promises.
+    const QByteArray record = constant("01", "00000009"
+                                             "00"
+                                             "7fffffff");
+    const LimitedMemory limited;
+    QDataStream stream(record);
+    const ExpressionHandle e = Expression::readExpression(stream);
+    QVERIFY(!e->evaluate(PropertySet(), nullptr).toBool());
+    if (limited)
+        QCOMPARE(bindable(e), QString("? <- NULL"));
 }
 
 QTEST_APPLESS_MAIN(tst_ExpressionStreaming)

@@ -1,5 +1,4 @@
-#include "support/Sets.h"
-#include "support/Trees.h"
+#include "support/RandomTrees.h"
 
 #include <Vokit/ExpressionOperators>
 
@@ -20,6 +19,7 @@ class tst_SharedTrees : public QObject
 private slots:
     void manyReaders();
     void eachThreadBuildsOnASharedPart();
+    void anyTree();
 };
 
 namespace {
@@ -81,6 +81,27 @@ void tst_SharedTrees::eachThreadBuildsOnASharedPart()
              0);
     QCOMPARE(written(part), written(ref("a") == bound(1)));
     QCOMPARE(part->ref.loadRelaxed(), 1);
+}
+
+void tst_SharedTrees::anyTree()
+{
+    constexpr int trees = 300;
+    constexpr quint32 seed = 20261121;
+    RandomTrees random(seed, RandomTrees::WithoutPatterns | RandomTrees::WithoutClock);
+    QList<ExpressionHandle> list;
+    QList<PropertySet> sets;
+    QStringList expected;
+    for (int i = 0; i < trees; ++i) {
+        list.append(random.tree());
+        sets.append(random.set());
+        expected.append(evaluated(list.last(), sets.last()));
+    }
+    std::atomic<int> next{0};
+    QCOMPARE(failuresOf([&](int /*thread*/) {
+                 const int i = next++ / gThreads % trees; // four at a time on one tree
+                 return evaluated(list.at(i), sets.at(i)) == expected.at(i);
+             }),
+             0);
 }
 
 QTEST_APPLESS_MAIN(tst_SharedTrees)

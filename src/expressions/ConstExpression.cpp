@@ -10,14 +10,50 @@
 #include <QDateTime>
 #include <QRegExp>
 #include <QTextStream>
+#include <QTimeZone>
 
 #include <new>
 
 namespace vogen {
 
 namespace {
+
 constexpr qint32 gRecordVersion = 1;
+
+template <class Container>
+void forgetLostZones(QVariant &value, Container items);
+
+// A date whose zone this machine doesn't know is an invalid one. Qt reads it as such, but would
+// crash when it is to be written again.
+void forgetLostZones(QVariant &value)
+{
+    switch (value.userType()) {
+    case QMetaType::QDateTime: {
+        const QDateTime date = value.toDateTime();
+        if (date.timeSpec() == Qt::TimeZone && !date.timeZone().isValid())
+            value = QDateTime();
+        break;
+    }
+    case QMetaType::QVariantList:
+        return forgetLostZones(value, value.toList());
+    case QMetaType::QVariantMap:
+        return forgetLostZones(value, value.toMap());
+    case QMetaType::QVariantHash:
+        return forgetLostZones(value, value.toHash());
+    default:
+        break;
+    }
 }
+
+template <class Container>
+void forgetLostZones(QVariant &value, Container items)
+{
+    for (QVariant &item : items)
+        forgetLostZones(item);
+    value = items;
+}
+
+} // namespace
 
 ConstExpression::ConstExpression(const QVariant &literal, bool bindable)
     : value(literal)
@@ -78,6 +114,7 @@ void ConstExpression::read(QDataStream &stream)
     } catch (const std::bad_alloc &) {
         value = QVariant(); // Qt believed a length that lies
     }
+    forgetLostZones(value);
 }
 
 ConstExpression ConstExpression::time(int hour, int minute, int second, int millisecond)

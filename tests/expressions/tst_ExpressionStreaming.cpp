@@ -3,6 +3,7 @@
 
 #include <Vokit/ExpressionOperators>
 
+#include <QTimeZone>
 #include <QtTest>
 
 #include <sys/resource.h>
@@ -101,6 +102,7 @@ private slots:
     void moreThanAreFilledUp();
     void countsWithinCounts();
     void lengthsThatLie();
+    void zonesNobodyKnows();
 };
 
 void tst_ExpressionStreaming::registry()
@@ -322,6 +324,25 @@ void tst_ExpressionStreaming::lengthsThatLie()
     QVERIFY(!e->evaluate(PropertySet(), nullptr).toBool());
     if (limited)
         QCOMPARE(bindable(e), QString("? <- NULL"));
+}
+
+void tst_ExpressionStreaming::zonesNobodyKnows()
+{
+    const QDateTime noon(QDate(2026, 3, 5), QTime(12, 0), QTimeZone("Europe/Berlin"));
+    const auto writtenElsewhere = [](const QVariant &value) {
+        return written(bound(value))
+            .replace(QByteArray("\0B\0e\0r\0l\0i\0n", 12), QByteArray("\0N\0o\0w\0h\0e\0r", 12));
+    };
+    QCOMPARE(readBack(writtenElsewhere(noon))->evaluate(PropertySet(), nullptr),
+             QVariant(QDateTime()));
+    const QVariant values[] = {noon, QVariantList{1, noon}, QVariantMap{{"at", noon}},
+                               QVariantHash{{"at", QVariantList{noon}}}};
+    for (const QVariant &value : values) {
+        QVERIFY(readBack(written(bound(value))).equals(bound(value)));
+        const ExpressionHandle e = readBack(writtenElsewhere(value));
+        QVERIFY(!e.equals(bound(value)));
+        QVERIFY(readBack(written(e)).equals(e));
+    }
 }
 
 QTEST_APPLESS_MAIN(tst_ExpressionStreaming)

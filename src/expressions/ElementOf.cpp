@@ -3,7 +3,7 @@
 #include "expressions/NodeAccess_p.h"
 #include "expressions/Operands_p.h"
 #include "expressions/PrintStyle_p.h"
-#include "properties/IsExactly_p.h"
+#include "IsExactly_p.h"
 
 #include <Vokit/ExpressionList>
 #include <Vokit/TypeTool>

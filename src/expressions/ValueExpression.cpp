@@ -1,6 +1,6 @@
 #include <Vokit/ValueExpression>
 
-#include "properties/IsExactly_p.h"
+#include "IsExactly_p.h"
 #include "properties/ValueView_p.h"
 
 #include <Vokit/TypeTool>

@@ -3,6 +3,7 @@
 #include "time/time.h" // a client's own header: no folder of the library may stand in its way
 
 #include <QDataStream>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <string>
@@ -65,6 +66,28 @@ public:
     QString type() const override { return QStringLiteral("Tagged"); }
 };
 
+class Camera : public vo::Persistable
+{
+public:
+    void load(vo::IPersistDestination *destination) override
+    {
+        number = destination->value("Number", 0).toInt();
+    }
+    void save(vo::IPersistDestination *destination) override
+    {
+        destination->setValue("Number", number);
+    }
+    int number = 0;
+};
+
+class Playback : public vo::Feature
+{
+public:
+    Playback()
+        : Feature(17)
+    {}
+};
+
 } // namespace
 
 int main()
@@ -124,6 +147,21 @@ int main()
     check(vo::CTimeTranscoder::MICROSECONDS_PER_DAY == 86400000000, "units");
     const long long *const unit = &vo::CTimeTranscoder::MILLISECONDS_PER_DAY;
     check(*unit == 86400000, "with an address");
+    const QTemporaryDir dir;
+    vo::Settings settings(dir.filePath("client.ini"), QSettings::IniFormat);
+    Camera saved;
+    saved.number = 7;
+    saved.save(&settings);
+    Camera loaded;
+    loaded.load(&settings);
+    check(loaded.number == 7, "settings");
+    vo::IInterface *const interface = &settings;
+    check(dynamic_cast<vo::Settings *>(interface) == &settings, "casts of interfaces");
+    vo::FeatureMatrix rights(1, 1);
+    rights.addUserGroup(new vo::UserGroup(0));
+    rights.addFeatureGroup(new vo::FeatureGroup(0, "Playback", "Search and play"));
+    rights.addFeatureToGroup(new Playback, 0);
+    check(rights.isFeatureAllowed(17, 0), "rights");
     check(vo::Log::instance().logLevel() == vo::Log::LevelWarning, "platform");
     check(qvariant_cast<PropertySet>(QVariant::fromValue(set)) == set, "meta type");
     if (gFailures == 0)

@@ -1,76 +1,14 @@
-#include "support/Sets.h"
-#include "support/Trees.h"
+#include "Clips.h"
 
 #include <Vokit/ExpressionOperators>
-#include <Vokit/TypeTool>
+#include <Vokit/NumericOperator>
 
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QtTest>
 
 using namespace vogen;
 using namespace test;
 
 Q_DECLARE_METATYPE(vogen::ExpressionHandle)
-
-namespace {
-
-// The rows of both worlds: "-" is a property that isn't there, and NULL in the table.
-struct Row
-{
-    QVariant camera;
-    QVariant type;
-    QVariant start;
-    QVariant duration;
-    QVariant score;
-    QVariant archived;
-};
-
-const QVariant gNone;
-
-const QList<Row> &rows()
-{
-    const auto at = [](int month, int day) {
-        return QDateTime(QDate(2026, month, day), QTime(12, 0), Qt::UTC);
-    };
-    static const QList<Row> list{
-        {"yard", "alarm", at(3, 5), 10, 0.25, false},   // 0
-        {"gate", "motion", at(3, 6), 30, 0.75, true},   // 1
-        {"O'Hara's", "alarm", at(4, 1), 60, 2.5, true}, // 2
-        {"yard", gNone, at(4, 2), gNone, 1.0, gNone},   // 3
-        {gNone, "motion", gNone, 90, gNone, false},     // 4
-        {"Yard", "", at(1, 1), -5, -1.5, false},        // 5
-    };
-    return list;
-}
-
-// The properties of one row, those that are there.
-PropertySet setOfRow(const Row &row)
-{
-    PropertySet set;
-    const auto add = [&set](const QVariant &value, BaseProperty *property) {
-        const boost::shared_ptr<BaseProperty> owned(property);
-        if (value.isValid() && owned->setVariantValue(value))
-            set.add(owned);
-    };
-    add(row.camera, new StringProperty("camera name"));
-    add(row.type, new StringProperty("type"));
-    add(row.start, new DateTimeProperty("start"));
-    add(row.duration, new IntProperty("duration"));
-    add(row.score, new DoubleProperty("score"));
-    add(row.archived, new BoolProperty("archived"));
-    return set;
-}
-
-QVariant stored(const QVariant &value)
-{
-    if (value.type() == QVariant::DateTime)
-        return QVariant(qlonglong(TypeTool::dateMicroSeconds(value)));
-    return value;
-}
-
-} // namespace
 
 /// The same filters over the same rows: evaluated here, and run by SQLite from the printed text.
 class tst_FilterInSqlite : public QObject
@@ -88,33 +26,19 @@ private:
     QList<int> inMemory(const ExpressionHandle &filter) const;
     QString inDatabase(const ExpressionHandle &filter, Style style, QList<int> *ids) const;
 
-    QSqlDatabase m_database;
+    ClipTable m_table;
 };
 
 void tst_FilterInSqlite::initTestCase()
 {
-    m_database = QSqlDatabase::addDatabase("QSQLITE");
-    m_database.setDatabaseName(":memory:");
-    QVERIFY2(m_database.open(), qPrintable(m_database.lastError().text()));
-    QSqlQuery query(m_database);
-    QVERIFY(query.exec("CREATE TABLE clips (id INTEGER PRIMARY KEY, camera_name TEXT, type TEXT,"
-                       " start INTEGER, duration INTEGER, score REAL, archived INTEGER)"));
-    QVERIFY(query.prepare("INSERT INTO clips VALUES (?,?,?,?,?,?,?)"));
-    for (int id = 0; id < rows().size(); ++id) {
-        const Row &row = rows().at(id);
-        query.addBindValue(id);
-        for (const QVariant &value :
-             {row.camera, row.type, row.start, row.duration, row.score, row.archived})
-            query.addBindValue(stored(value));
-        QVERIFY2(query.exec(), qPrintable(query.lastError().text()));
-    }
+    QCOMPARE(m_table.open(), QString());
 }
 
 QList<int> tst_FilterInSqlite::inMemory(const ExpressionHandle &filter) const
 {
     QList<int> ids;
-    for (int id = 0; id < rows().size(); ++id) {
-        if (filter->evaluate(setOfRow(rows().at(id)), nullptr).toBool())
+    for (int id = 0; id < clips().size(); ++id) {
+        if (filter->evaluate(propertiesOf(clips().at(id)), nullptr).toBool())
             ids.append(id);
     }
     return ids;
@@ -124,18 +48,12 @@ QList<int> tst_FilterInSqlite::inMemory(const ExpressionHandle &filter) const
 QString tst_FilterInSqlite::inDatabase(const ExpressionHandle &filter, Style style,
                                        QList<int> *ids) const
 {
-    QSqlQuery query(m_database);
-    if (!query.prepare("SELECT id FROM clips WHERE " + filter->toString(style) + " ORDER BY id"))
-        return query.lastError().text();
-    if (style & Expression::PrintPlaceholders) {
-        for (const QVariant &value : filter->collectPlaceholders())
-            query.addBindValue(value);
-    }
-    if (!query.exec())
-        return query.lastError().text();
-    while (query.next())
-        ids->append(query.value(0).toInt());
-    return QString();
+    QList<QVariantList> records;
+    const QString error =
+        m_table.select("SELECT id FROM clips WHERE ", filter, style, " ORDER BY id", &records);
+    for (const QVariantList &record : records)
+        ids->append(record.first().toInt());
+    return error;
 }
 
 void tst_FilterInSqlite::agree_data()
@@ -224,6 +142,9 @@ void tst_FilterInSqlite::differ_data()
     row("an And that meets a NULL first is NULL in memory, where SQL knows it is false",
         !(score > 1000.0 && type == "alarm"), {0, 1, 2, 3, 5}, {0, 1, 2, 3, 4, 5},
         {0, 1, 2, 3, 4, 5});
+    row("a minus before a negative literal begins a comment, so duration alone is the filter",
+        NumericOperator(ref("duration"), NumericOperator::Subtract, bound(-5)), {0, 1, 2, 4},
+        {0, 1, 2, 4, 5}, {0, 1, 2, 4});
 }
 
 void tst_FilterInSqlite::differ()

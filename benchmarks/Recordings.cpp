@@ -1,5 +1,7 @@
 #include "Recordings.h"
 
+#include <algorithm>
+
 using namespace vogen;
 
 namespace {
@@ -28,12 +30,6 @@ private:
     quint64 m_state;
 };
 
-// The same text in memory of its own.
-QString own(const QString &text)
-{
-    return QString(text.constData(), text.size());
-}
-
 Recording makeRecording(Random &random)
 {
     static const char *const types[] = {"alarm", "motion", "manual", "schedule",
@@ -50,13 +46,12 @@ Recording makeRecording(Random &random)
     return row;
 }
 
-template <class Property, typename T>
-void add(PropertySet &set, const QString &name, const T &value)
-{
-    set.add(boost::shared_ptr<BaseProperty>(new Property(name, QString(), value)));
-}
-
 } // namespace
+
+QString own(const QString &text)
+{
+    return QString(text.constData(), text.size());
+}
 
 std::vector<Recording> recordings(int count)
 {
@@ -100,4 +95,12 @@ ExpressionHandle buildFilter(const RecordingProperties &columns, const Wanted &w
     const ExpressionHandle archived = ValueExpression(columns.archived, QStringLiteral(""));
     return (cameraWanted && columns.duration >= wanted.duration && columns.size > wanted.size) ||
            (columns.type == wanted.type && !archived);
+}
+
+int countMatches(const std::vector<PropertySet> &sets, const ExpressionHandle &filter)
+{
+    const Expression &node = *filter;
+    return static_cast<int>(std::count_if(sets.begin(), sets.end(), [&](const PropertySet &set) {
+        return node.evaluate(set, nullptr).toBool();
+    }));
 }

@@ -57,6 +57,15 @@ struct Wanted
     QString type = QStringLiteral("alarm");
 };
 
+/// The same text in memory of its own.
+QString own(const QString &text);
+
+template <class Property, typename T>
+void add(vogen::PropertySet &set, const QString &name, const T &value)
+{
+    set.add(boost::shared_ptr<vogen::BaseProperty>(new Property(name, QString(), value)));
+}
+
 /// The first @p count rows of the one sequence.
 std::vector<Recording> recordings(int count);
 
@@ -75,3 +84,7 @@ struct RecordingProperties
 
 /// The filter, built by operators.
 vogen::ExpressionHandle buildFilter(const RecordingProperties &columns, const Wanted &wanted);
+
+/// The number of sets for which the filter is true.
+int countMatches(const std::vector<vogen::PropertySet> &sets,
+                 const vogen::ExpressionHandle &filter);

@@ -1,10 +1,8 @@
 #include "Recordings.h"
 #include "Report.h"
-
-#include <sqlite3.h>
+#include "SqlTable.h"
 
 #include <algorithm>
-#include <memory>
 #include <random>
 
 using namespace vogen;
@@ -13,98 +11,23 @@ namespace {
 
 // ---- evaluate: the same rows, filtered in four ways; each gives the number of matches
 
-/// SQLite with the rows in memory, and the library's own text of the filter as the condition.
-class SqlTable
-{
-public:
-    SqlTable(const std::vector<Recording> &rows, const Expression &filter)
-    {
-        const auto placeholders = Expression::PrintSql | Expression::PrintPlaceholders;
-        check(sqlite3_open(":memory:", &m_database));
-        execute("CREATE TABLE recordings (camera TEXT, type TEXT, start INTEGER, duration INTEGER,"
-                " size INTEGER, score REAL, archived INTEGER, note TEXT)");
-        execute("BEGIN");
-        sqlite3_stmt *const insertion = prepare("INSERT INTO recordings VALUES (?,?,?,?,?,?,?,?)");
-        for (const Recording &row : rows)
-            insert(insertion, row);
-        sqlite3_finalize(insertion);
-        execute("COMMIT");
-
-        m_count =
-            prepare(("SELECT count(*) FROM recordings WHERE " + filter.toString(placeholders)));
-        int index = 0;
-        for (const QVariant &value : filter.collectPlaceholders())
-            bind(m_count, ++index, value);
-    }
-    ~SqlTable()
-    {
-        sqlite3_finalize(m_count);
-        sqlite3_close(m_database);
-    }
-    Q_DISABLE_COPY(SqlTable)
-
-    int count() const
-    {
-        const bool hasRow = sqlite3_step(m_count) == SQLITE_ROW;
-        const int matches = hasRow ? sqlite3_column_int(m_count, 0) : -1;
-        sqlite3_reset(m_count);
-        return matches;
-    }
-
-private:
-    void check(int status) { require(status == SQLITE_OK, sqlite3_errmsg(m_database)); }
-
-    void execute(const char *sql)
-    {
-        check(sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr));
-    }
-
-    sqlite3_stmt *prepare(const QString &sql)
-    {
-        sqlite3_stmt *statement = nullptr;
-        check(sqlite3_prepare_v2(m_database, sql.toUtf8().constData(), -1, &statement, nullptr));
-        return statement;
-    }
-
-    void bind(sqlite3_stmt *statement, int index, const QVariant &value)
-    {
-        if (value.type() == QVariant::String) {
-            const QByteArray text = value.toString().toUtf8();
-            check(sqlite3_bind_text(statement, index, text.constData(), text.size(),
-                                    SQLITE_TRANSIENT));
-        } else if (value.type() == QVariant::Double) {
-            check(sqlite3_bind_double(statement, index, value.toDouble()));
-        } else {
-            check(sqlite3_bind_int64(statement, index, value.toLongLong()));
-        }
-    }
-
-    void insert(sqlite3_stmt *statement, const Recording &row)
-    {
-        int index = 0;
-        for (const QVariant &value : QVariantList{row.camera, row.type, row.start, row.duration,
-                                                  row.size, row.score, row.archived, row.note})
-            bind(statement, ++index, value);
-        require(sqlite3_step(statement) == SQLITE_DONE, sqlite3_errmsg(m_database));
-        sqlite3_reset(statement);
-    }
-
-    sqlite3 *m_database = nullptr;
-    sqlite3_stmt *m_count = nullptr;
-};
-
 /// The rows as each contestant wants them, built ahead.
 struct Rows
 {
     explicit Rows(int count)
         : structs(recordings(count))
         , filter(buildFilter(RecordingProperties(), Wanted()))
+        , table("camera TEXT, type TEXT, start INTEGER, duration INTEGER, size INTEGER,"
+                " score REAL, archived INTEGER, note TEXT")
     {
         for (const Recording &row : structs)
             maps.push_back(toVariantMap(row));
         for (const Recording &row : structs)
             sets.push_back(toPropertySet(row));
-        table = std::make_unique<SqlTable>(structs, *filter.constData());
+        for (const Recording &row : structs)
+            table.insert({row.camera, row.type, row.start, row.duration, row.size, row.score,
+                          row.archived, row.note});
+        table.prepare(*filter.constData());
     }
 
     int count() const { return static_cast<int>(structs.size()); }
@@ -112,18 +35,9 @@ struct Rows
     std::vector<Recording> structs;
     std::vector<QMap<QString, QVariant>> maps;
     std::vector<PropertySet> sets;
-    std::unique_ptr<SqlTable> table;
     const ExpressionHandle filter;
+    SqlTable table;
 };
-
-int countByLibrary(const Rows &rows)
-{
-    const Expression &filter = *rows.filter;
-    return static_cast<int>(
-        std::count_if(rows.sets.begin(), rows.sets.end(), [&](const PropertySet &set) {
-            return filter.evaluate(set, nullptr).toBool();
-        }));
-}
 
 int countByVariantMap(const Rows &rows)
 {
@@ -155,31 +69,13 @@ int countByStruct(const Rows &rows)
     return static_cast<int>(std::count_if(rows.structs.begin(), rows.structs.end(), matches));
 }
 
-int countBySqlite(const Rows &rows)
-{
-    return rows.table->count();
-}
-
 void registerEvaluation(const Rows &rows)
 {
-    using Count = int (*)(const Rows &);
-    const std::pair<const char *, Count> contestants[] = {{"library", countByLibrary},
-                                                          {"variant_map", countByVariantMap},
-                                                          {"sqlite", countBySqlite},
-                                                          {"struct", countByStruct}};
-    const int expected = countByStruct(rows);
-    require(expected > 0, "the filter matches no row");
-    for (const auto &[name, count] : contestants) {
-        require(count(rows) == expected, "evaluate: contestants count different matches");
-        const QByteArray title =
-            QByteArray("evaluate/") + name + '/' + QByteArray::number(rows.count());
-        benchmark::RegisterBenchmark(title.constData(),
-                                     [&rows, count = count](benchmark::State &state) {
-                                         for (auto _ : state)
-                                             benchmark::DoNotOptimize(count(rows));
-                                         reportTimePerItem(state, rows.count());
-                                     });
-    }
+    registerCounts("evaluate", rows.count(),
+                   {{"struct", [&rows] { return countByStruct(rows); }},
+                    {"library", [&rows] { return countMatches(rows.sets, rows.filter); }},
+                    {"variant_map", [&rows] { return countByVariantMap(rows); }},
+                    {"sqlite", [&rows] { return rows.table.count(); }}});
 }
 
 // ---- lookup: every property of a set read once, by a reference that owns the key's own string

@@ -24,11 +24,30 @@ RATIOS = [
     ("print/library_given", "print/reserved", None),
     ("print/library_built", "print/concatenation", 4.0),
     ("print/library_built", "print/text_stream", None),
+    ("compute/library/1000", "compute/variant_map/1000", None),
+    ("compute/library/1000", "compute/sqlite/1000", None),
+    ("compute/library/1000", "compute/js_call/1000", None),
+    ("compute/library/1000", "compute/js_loop/1000", None),
+    ("compute/library/100000", "compute/struct/100000", None),
+    ("compute/library/100000", "compute/variant_map/100000", None),
+    ("compute/library/100000", "compute/sqlite/100000", 2.0),
+    ("compute/library/100000", "compute/js_call/100000", 1.0),
+    ("compute/library/100000", "compute/js_loop/100000", 1.0),
+    ("like/library/100000", "like/qregexp/100000", 1.3),
+    ("like/library/100000", "like/qregexp_text/100000", None),
+    ("like_changed/library/100000", "like_changed/qregexp/100000", None),
+    ("like_changed/library/100000", "like_changed/qregexp_text/100000", None),
+    ("regexp/library/100000", "regexp/qregexp/100000", 1.3),
+    ("regexp/library/100000", "regexp/qregexp_text/100000", None),
+    ("write/library", "write/data_stream", 1.05),
+    ("write/library", "write/cbor", 0.25),
+    ("read/library", "read/data_stream", 1.1),
+    ("read/library", "read/cbor", 0.43),
 ]
 
 
 def read_medians(path):
-    """Nanoseconds of CPU time per row, look-up or statement, by benchmark name."""
+    """Nanoseconds of CPU time per row, look-up, statement or tree, by benchmark name."""
     # A filter that matches nothing in a program leaves an empty file.
     if os.path.getsize(path) == 0:
         return {}
@@ -49,15 +68,15 @@ def main(paths):
     for path in paths:
         medians.update(read_medians(path))
 
-    print("\nMedian of the CPU time per row, look-up or statement")
+    print("\nMedian of the CPU time per row, look-up, statement or tree")
     for name in sorted(medians):
-        print(f"  {name:<32}{medians[name]:>10.1f} ns")
+        print(f"  {name:<34}{medians[name]:>10.1f} ns")
 
     print("\nRatios of medians")
     for ours, peer, goal in RATIOS:
         if ours in medians and peer in medians:
             ratio = medians[ours] / medians[peer]
-            print(f"  {ours:<26}{peer:<30}{ratio:>7.2f}   {verdict(ratio, goal)}".rstrip())
+            print(f"  {ours:<29}{peer:<34}{ratio:>7.2f}   {verdict(ratio, goal)}".rstrip())
 
 
 if __name__ == "__main__":

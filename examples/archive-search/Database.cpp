@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QSqlError>
+#include <QSqlRecord>
 #include <QStringList>
 
 using vogen::Expression;
@@ -21,9 +22,16 @@ QString sqliteName(const QString &file)
     return file.startsWith(QLatin1Char('/')) ? file : QDir::currentPath() + QLatin1Char('/') + file;
 }
 
+constexpr Expression::PrintStyle gBindable = Expression::PrintSql | Expression::PrintPlaceholders;
+
 QString bindable(const ExpressionHandle &expression)
 {
-    return expression->toString(Expression::PrintSql | Expression::PrintPlaceholders);
+    return expression->toString(gBindable);
+}
+
+QString whereClause(const ExpressionHandle &filter)
+{
+    return filter->isEmpty() ? QString() : QLatin1String(" WHERE ") + bindable(filter);
 }
 
 } // namespace
@@ -34,6 +42,7 @@ Database::Database(const QString &file)
     , m_database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE")))
 {
     m_database.setDatabaseName(sqliteName(file));
+    m_database.setConnectOptions(QStringLiteral("QSQLITE_ENABLE_REGEXP"));
     if (!m_database.open())
         fail(m_database.lastError());
     if (!m_database.transaction())
@@ -63,14 +72,37 @@ void Database::commit()
         fail(m_database.lastError());
 }
 
-void Database::select(const ExpressionHandle &filter, const std::function<void(qlonglong)> &found)
+void Database::select(const ExpressionHandle &filter, const ExpressionHandle &order,
+                      const std::function<void(qlonglong)> &found)
 {
-    QString statement = QStringLiteral("SELECT id FROM recordings");
-    if (!filter->isEmpty())
-        statement += QLatin1String(" WHERE ") + bindable(filter);
-    QSqlQuery query = run(statement, filter->collectPlaceholders());
+    QString statement = QLatin1String("SELECT id FROM recordings") + whereClause(filter);
+    if (!order->isEmpty()) {
+        statement += QLatin1String(" ORDER BY ") +
+                     order->toString(gBindable | Expression::PrintOrderBy) + QLatin1String(", id");
+    }
+    QSqlQuery query = run(statement, filter->collectPlaceholders() + order->collectPlaceholders());
     while (query.next())
         found(query.value(0).toLongLong());
+    if (query.lastError().isValid())
+        fail(query.lastError());
+}
+
+void Database::group(const ExpressionHandle &filter, const ExpressionHandle &columns,
+                     const ExpressionHandle &key,
+                     const std::function<void(const QList<QVariant> &)> &found)
+{
+    const QString statement = QLatin1String("SELECT ") + bindable(columns) +
+                              QLatin1String(" FROM recordings") + whereClause(filter) +
+                              QLatin1String(" GROUP BY ") + bindable(key);
+    QSqlQuery query =
+        run(statement, columns->collectPlaceholders() + filter->collectPlaceholders() +
+                           key->collectPlaceholders());
+    while (query.next()) {
+        QList<QVariant> values;
+        for (int i = 0; i < query.record().count(); ++i)
+            values.append(query.value(i));
+        found(values);
+    }
     if (query.lastError().isValid())
         fail(query.lastError());
 }
@@ -85,9 +117,7 @@ QVariant Database::evaluate(const ExpressionHandle &expression, qlonglong id)
 
 vogen::PropertySet Database::recording(qlonglong id)
 {
-    QStringList names;
-    for (const Column &column : recordingColumns())
-        names.append(column.name);
+    const QStringList names = columnNames();
     const QString statement =
         QStringLiteral("SELECT %1 FROM recordings WHERE id = ?").arg(names.join(QLatin1Char(',')));
     QSqlQuery query = run(statement, {id});
@@ -139,5 +169,8 @@ QSqlQuery Database::run(const QString &statement, const QList<QVariant> &values)
 
 void Database::fail(const QSqlError &error) const
 {
-    throw Failure(QStringLiteral("cannot use database %1: %2").arg(m_label, error.databaseText()));
+    // What Qt itself refuses, such as values without a place, has no text of SQLite's.
+    const QString reason =
+        error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    throw Failure(QStringLiteral("cannot use database %1: %2").arg(m_label, reason));
 }

@@ -26,9 +26,20 @@ public:
     void insert(qlonglong id, const vogen::PropertySet &recording);
     void commit();
 
-    /// Calls @p found with the id of each row for which the filter holds; the empty one holds for
-    /// all.
-    void select(const vogen::ExpressionHandle &filter, const std::function<void(qlonglong)> &found);
+    /**
+     * Calls @p found with the id of each row for which the filter holds; the empty one holds for
+     * all.
+     *
+     * @param order a term of ORDER BY, where ids decide between equal rows; if empty, the order is
+     *        SQLite's choice
+     */
+    void select(const vogen::ExpressionHandle &filter, const vogen::ExpressionHandle &order,
+                const std::function<void(qlonglong)> &found);
+
+    /// Calls @p found with the values of @p columns, a list, for each group of those rows.
+    void group(const vogen::ExpressionHandle &filter, const vogen::ExpressionHandle &columns,
+               const vogen::ExpressionHandle &key,
+               const std::function<void(const QList<QVariant> &)> &found);
 
     /// What SQLite makes of the expression for one row; an invalid QVariant is NULL.
     QVariant evaluate(const vogen::ExpressionHandle &expression, qlonglong id);

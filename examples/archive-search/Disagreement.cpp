@@ -37,8 +37,16 @@ QString closeDoublesReason(const Condition &condition, const PropertySet &record
     return {};
 }
 
-QString reasonFor(const Condition &condition, const PropertySet &recording)
+QString reasonFor(const Condition &condition, const PropertySet &recording,
+                  const QVariant &inSqlite)
 {
+    if (condition.column.isEmpty())
+        return QStringLiteral("a loaded filter is not traced any further");
+    if (condition.rule) {
+        const QString text = recording[condition.column].variantValue().toString();
+        const bool byRule = condition.rule->inSqlite(text) == inSqlite.toBool();
+        return byRule ? condition.rule->reason : unexplained();
+    }
     const QString reason = closeDoublesReason(condition, recording);
     return reason.isEmpty() ? unexplained() : reason;
 }
@@ -65,7 +73,7 @@ Disagreement explainDisagreement(const Filter &filter, Database &database, qlong
             continue;
         disagreement.conditions.push_back(
             {condition.expression->toString(vogen::Expression::PrintReadable), here, there,
-             reasonFor(condition, recording)});
+             reasonFor(condition, recording, there)});
     }
     return disagreement;
 }

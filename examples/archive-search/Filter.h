@@ -1,11 +1,14 @@
 #pragma once
 
+#include "RuleNotes.h"
+
 #include <Vokit/Expression>
 #include <Vokit/PropertySet>
 
 #include <QString>
 
 #include <array>
+#include <optional>
 #include <vector>
 
 struct Options;
@@ -13,8 +16,9 @@ struct Options;
 /// What one option asks of one column.
 struct Condition
 {
-    QString column;
+    QString column; ///< empty for a loaded filter, which may ask several
     vogen::ExpressionHandle expression;
+    std::optional<TextRule> rule = {};
 };
 
 /**
@@ -26,6 +30,7 @@ struct Condition
 class Filter
 {
 public:
+    /// @throws Failure for a filter file that can't be used
     explicit Filter(const Options &options);
 
     bool isEmpty() const { return m_expression->isEmpty(); }
@@ -35,6 +40,8 @@ public:
     const vogen::ExpressionHandle &expression() const { return m_expression; }
     /// The parts, for tracing a result to the condition that made it.
     const std::vector<Condition> &conditions() const { return m_conditions; }
+    /// The rules by which memory and SQLite differ on them, a line each.
+    QStringList notes() const;
 
 private:
     std::vector<Condition> m_conditions;

@@ -1,12 +1,14 @@
 #include "JsonReport.h"
 
-#include "Filter.h"
+#include "Query.h"
 #include "Search.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+using vogen::Expression;
+using vogen::ExpressionHandle;
 using vogen::PropertySet;
 
 namespace {
@@ -78,15 +80,100 @@ QJsonObject sideObject(const SideResult &side)
             {QStringLiteral("milliseconds"), milliseconds(side.nanoseconds)}};
 }
 
+QJsonObject orderObject(const SortKey &key, const OrderResult &order)
+{
+    const OrderComparison &comparison = order.comparison;
+    QJsonObject object{
+        {QStringLiteral("by"), key.text()},
+        {QStringLiteral("rows"), comparison.rows},
+        {QStringLiteral("differences"), comparison.differences},
+        {QStringLiteral("memoryMilliseconds"), milliseconds(order.memoryNanoseconds)},
+        {QStringLiteral("sqliteMilliseconds"), milliseconds(order.sqliteNanoseconds)},
+    };
+    if (comparison.differences > 0) {
+        object.insert(QStringLiteral("first"),
+                      QJsonObject{{QStringLiteral("place"), comparison.place},
+                                  {QStringLiteral("memory"), comparison.inMemory},
+                                  {QStringLiteral("sqlite"), comparison.inSqlite},
+                                  {QStringLiteral("reason"), comparison.reason}});
+    }
+    return object;
+}
+
+// The values of one group on one side, or what the columns mean there.
+template <typename Value>
+QJsonObject columnsObject(Value valueOf)
+{
+    QJsonObject object;
+    int index = 0;
+    for (const GroupColumn &column : groupColumns())
+        object.insert(QLatin1String(column.name), valueOf(column, index++));
+    return object;
+}
+
+QJsonValue groupSide(const QList<QVariant> &values)
+{
+    if (values.isEmpty())
+        return QJsonValue();
+    return columnsObject([&](const GroupColumn & /*column*/, int index) {
+        return QJsonValue::fromVariant(values.at(index));
+    });
+}
+
+QJsonObject groupsObject(const Groups &groups)
+{
+    QJsonArray array;
+    const QMap<QString, Group> &byExtension = groups.byExtension();
+    for (auto group = byExtension.begin(); group != byExtension.end(); ++group) {
+        array.append(QJsonObject{{QStringLiteral("extension"), group.key()},
+                                 {QStringLiteral("memory"), groupSide(group->inMemory)},
+                                 {QStringLiteral("sqlite"), groupSide(group->inSqlite)}});
+    }
+    const QJsonObject meaning{
+        {QStringLiteral("memory"), columnsObject([](const GroupColumn &column, int /*index*/) {
+             return QLatin1String(column.inMemory);
+         })},
+        {QStringLiteral("sqlite"), columnsObject([](const GroupColumn &column, int /*index*/) {
+             return QLatin1String(column.inSqlite);
+         })}};
+    return {{QStringLiteral("meaning"), meaning},
+            {QStringLiteral("agree"), groups.agree()},
+            {QStringLiteral("byExtension"), array}};
+}
+
+QJsonObject codeObject(const ExpressionHandle &expression, Expression::PrintStyle extra)
+{
+    return {{QStringLiteral("code"), expression->toString(Expression::PrintCode)},
+            {QStringLiteral("sql"), expression->toString(Expression::PrintSql | extra)}};
+}
+
+QJsonObject codeObjects(const Query &query)
+{
+    QJsonObject object;
+    if (!query.filter.isEmpty()) {
+        object.insert(QStringLiteral("filter"),
+                      codeObject(query.filter.expression(), Expression::PrintReadable));
+    }
+    if (query.sortKey) {
+        object.insert(QStringLiteral("sortKey"),
+                      codeObject(query.sortKey->expression(), Expression::PrintOrderBy));
+    }
+    if (query.grouped) {
+        object.insert(QStringLiteral("columns"),
+                      codeObject(groupSelection(), Expression::PrintReadable));
+    }
+    return object;
+}
+
 } // namespace
 
-QByteArray jsonReport(const Filter &filter, const SearchResult &result)
+QByteArray jsonReport(const Query &query, const SearchResult &result)
 {
     QJsonObject sqlite = sideObject(result.sqlite);
     sqlite.insert(QStringLiteral("loadMilliseconds"), milliseconds(result.loadNanoseconds));
-    const QJsonObject report{
-        {QStringLiteral("filter"), filterObject(filter)},
-        {QStringLiteral("bindValues"), bindValues(filter)},
+    QJsonObject report{
+        {QStringLiteral("filter"), filterObject(query.filter)},
+        {QStringLiteral("bindValues"), bindValues(query.filter)},
         {QStringLiteral("rows"), result.rows},
         {QStringLiteral("skipped"), result.skipped.count},
         {QStringLiteral("notUtf8"), result.notUtf8},
@@ -95,6 +182,13 @@ QByteArray jsonReport(const Filter &filter, const SearchResult &result)
         {QStringLiteral("matches"), matches(result.firstMatches)},
         {QStringLiteral("disagreementCount"), result.disagreementCount},
         {QStringLiteral("disagreements"), disagreements(result.disagreements)},
+        {QStringLiteral("notes"), QJsonArray::fromStringList(query.notes())},
     };
+    if (result.order)
+        report.insert(QStringLiteral("order"), orderObject(*query.sortKey, *result.order));
+    if (query.grouped)
+        report.insert(QStringLiteral("groups"), groupsObject(result.groups));
+    if (query.withCode)
+        report.insert(QStringLiteral("code"), codeObjects(query));
     return QJsonDocument(report).toJson();
 }

@@ -2,8 +2,8 @@
 
 #include <QByteArray>
 
-class Filter;
+struct Query;
 struct SearchResult;
 
 /// The report for machines: one JSON object, with the same content as the one for people.
-QByteArray jsonReport(const Filter &filter, const SearchResult &result);
+QByteArray jsonReport(const Query &query, const SearchResult &result);

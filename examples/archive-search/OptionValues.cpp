@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 
+#include <QRegExp>
 #include <QRegularExpression>
 
 #include <cmath>
@@ -63,6 +64,16 @@ double parseDays(const QString &text)
     if (!isNumber || !std::isfinite(days) || days < 0)
         refuse(text, "a number of days: use one such as 7 or 0.5");
     return days;
+}
+
+QString parseRegexp(const QString &text)
+{
+    const QRegExp inMemory(text);
+    const QRegularExpression inSqlite(text);
+    const QString error = !inMemory.isValid() ? inMemory.errorString() : inSqlite.errorString();
+    if (!inMemory.isValid() || !inSqlite.isValid())
+        throw Failure(QStringLiteral("'%1' is not a regular expression: %2").arg(text, error));
+    return text;
 }
 
 int parseCount(const QString &text)

@@ -19,5 +19,9 @@ QDateTime parseDate(const QString &text);
 /// Days, with or without a fraction, 0 or more.
 double parseDays(const QString &text);
 
+/// A regular expression, if both sides understand it: QRegExp in memory, QRegularExpression where
+/// SQLite asks for it.
+QString parseRegexp(const QString &text);
+
 /// A whole number, 0 or more.
 int parseCount(const QString &text);

@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 #include "OptionValues.h"
+#include "Recording.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -17,14 +18,23 @@ It lies between 1970 and 2106; a file's date outside counts as 2106-02-07.
 
 Exit codes:
   0  done
-  1  done, but memory and SQLite disagree on some rows
-  2  wrong use, or a folder, a database or an output that can't be used
+  1  done, but memory and SQLite disagree on some rows or on their order, or their groups differ
+     by more than max and min changing places; also where a rule explains it
+  2  wrong use, or a folder, a database, a filter or an output that can't be used
   3  done, but some entries could not be read)";
 
 void addOptions(QCommandLineParser &parser)
 {
     parser.addOptions({
         {"name", "Files of this name; may be given again.", "NAME"},
+        {"name-like",
+         "Files whose name matches this pattern of LIKE. In memory case counts and % stands for "
+         "points only; in SQLite % stands for any text, and the case of a to z does not count.",
+         "PATTERN"},
+        {"name-regexp",
+         "Files whose name matches this regular expression: the whole name in memory, a part of "
+         "it in SQLite.",
+         "PATTERN"},
         {"extension",
          "Files with one of these extensions, such as mp4,avi; an empty one stands "
          "for files that have none.",
@@ -38,12 +48,26 @@ void addOptions(QCommandLineParser &parser)
          "fraction that differ by less than 1 are the same; SQLite is exact.",
          "DAYS"},
         {"not-hidden", "Files whose path has no part that begins with a dot."},
+        {"load-filter",
+         "Files for which the filter in this file holds, saved by --save-filter: one more "
+         "condition. Load only what you trust.",
+         "FILE"},
         {"any", "One condition is enough (OR); else all (AND)."},
+        {"save-filter", "Write the filter, all conditions joined, into this file.", "FILE"},
+        {"sort",
+         "List the matches in the order of this field, with - in front in reverse; equal ones in "
+         "the order of their rows. The orders of memory and SQLite are compared. Fields: " +
+             columnNames().join(", ") + '.',
+         "FIELD"},
+        {"group-by-extension",
+         "Count the matches of each extension, with max and min of their sizes. In memory max is "
+         "the smallest and min the greatest; in SQLite it is the other way round."},
+        {"show-code", "Print the filter, the sort key and the columns of groups as code and SQL."},
         {"database",
          "Keep the rows in table \"recordings\" of this SQLite file, in place of "
          "the table's old rows.",
          "FILE"},
-        {"limit", "List so many matches; 10 if not given.", "N"},
+        {"limit", "List so many matches, the first ones; 10 if not given.", "N"},
         {"json", "Print one JSON object."},
         {"quiet", "No progress bar."},
         {{"h", "help"}, "Print this help."},
@@ -90,14 +114,21 @@ QByteArray asTyped(const QString &argument, int argc, const char *const *argv)
     return index > 0 && index < argc ? QByteArray(argv[index]) : argument.toUtf8();
 }
 
-QString databaseFile(const QCommandLineParser &parser)
+QString fileOf(const QCommandLineParser &parser, const QString &option, const char *use)
 {
-    QString file = parser.value("database");
-    if (parser.isSet("database") && file.isEmpty())
-        throw Failure(QStringLiteral("--database needs the name of a file"));
-    if (file.contains(QChar(QChar::ReplacementCharacter)))
-        throw Failure(QStringLiteral("cannot use database '%1': the name is not UTF-8").arg(file));
+    QString file = parser.value(option);
+    if (parser.isSet(option) && file.isEmpty())
+        throw Failure(QStringLiteral("--%1 needs the name of a file").arg(option));
+    if (file.contains(QChar(QChar::ReplacementCharacter))) {
+        throw Failure(
+            QStringLiteral("cannot %1 '%2': the name is not UTF-8").arg(QLatin1String(use), file));
+    }
     return file;
+}
+
+QString asGiven(const QString &text)
+{
+    return text;
 }
 
 QByteArray folderArgument(const QCommandLineParser &parser, int argc, const char *const *argv)
@@ -127,6 +158,8 @@ Options parseOptions(int argc, const char *const *argv)
         return options;
     options.folder = folderArgument(parser, argc, argv);
     options.names = parser.values("name");
+    options.nameLike = valueOf(parser, "name-like", &asGiven);
+    options.nameRegexp = valueOf(parser, "name-regexp", &parseRegexp);
     options.extensions = splitExtensions(parser.values("extension"));
     options.minSize = valueOf(parser, "min-size", &parseSize);
     options.maxSize = valueOf(parser, "max-size", &parseSize);
@@ -134,8 +167,13 @@ Options parseOptions(int argc, const char *const *argv)
     options.olderThan = valueOf(parser, "older-than", &parseDate);
     options.maxAge = valueOf(parser, "max-age", &parseDays);
     options.notHidden = parser.isSet("not-hidden");
+    options.loadFilter = fileOf(parser, "load-filter", "load filter");
     options.any = parser.isSet("any");
-    options.database = databaseFile(parser);
+    options.saveFilter = fileOf(parser, "save-filter", "save filter");
+    options.sort = valueOf(parser, "sort", &asGiven);
+    options.groupByExtension = parser.isSet("group-by-extension");
+    options.showCode = parser.isSet("show-code");
+    options.database = fileOf(parser, "database", "use database");
     options.limit = valueOf(parser, "limit", &parseCount).value_or(options.limit);
     options.json = parser.isSet("json");
     options.quiet = parser.isSet("quiet");

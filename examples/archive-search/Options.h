@@ -13,6 +13,8 @@ struct Options
     QByteArray folder; ///< the bytes as typed: a folder's name need not be text
 
     QStringList names;
+    std::optional<QString> nameLike; ///< patterns
+    std::optional<QString> nameRegexp;
     QStringList extensions; ///< without the dot; an empty one means files that have none
     std::optional<qlonglong> minSize;
     std::optional<qlonglong> maxSize;
@@ -20,8 +22,13 @@ struct Options
     std::optional<QDateTime> olderThan;
     std::optional<double> maxAge; ///< days
     bool notHidden = false;
-    bool any = false; ///< one condition is enough
+    QString loadFilter; ///< a file with one more condition
+    bool any = false;   ///< one condition is enough
 
+    QString saveFilter;          ///< the file that takes the filter
+    std::optional<QString> sort; ///< a column, with "-" in front for the reverse
+    bool groupByExtension = false;
+    bool showCode = false;
     QString database; ///< empty: in memory
     int limit = 10;   ///< how many matches are listed
     bool json = false;

@@ -100,6 +100,14 @@ const std::vector<Column> &recordingColumns()
     return columns;
 }
 
+QStringList columnNames()
+{
+    QStringList names;
+    for (const Column &column : recordingColumns())
+        names.append(column.name);
+    return names;
+}
+
 RecordingMaker::RecordingMaker()
     : m_start(QDateTime::currentMSecsSinceEpoch())
 {}

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -22,6 +23,8 @@ struct Column
 
 /// All columns, in the order of the table.
 const std::vector<Column> &recordingColumns();
+
+QStringList columnNames();
 
 /// Turns files into recordings: property sets that hold one property for each column.
 class RecordingMaker

@@ -1,13 +1,17 @@
 #include "Search.h"
 
 #include "Database.h"
-#include "Filter.h"
 #include "Options.h"
 #include "Progress.h"
+#include "Query.h"
 #include "Recording.h"
 
 #include <QElapsedTimer>
 
+#include <algorithm>
+#include <utility>
+
+using vogen::ExpressionHandle;
 using vogen::PropertySet;
 
 namespace {
@@ -20,34 +24,41 @@ using Batch = std::vector<PropertySet>;
 class Searcher
 {
 public:
-    Searcher(const Options &options, const Filter &filter, Database &database);
+    Searcher(const Options &options, const Query &query, Database &database);
 
     void readRows(FolderWalk &walk);
     void runInSqlite();
     void explainDisagreements();
+    void sort();
 
     SearchResult result;
 
 private:
     Batch nextBatch(FolderWalk &walk);
     void evaluate(const Batch &batch);
-    void keepFirstMatches(const Batch &batch);
+    void takeMatches(const Batch &batch);
+    void takeMatch(qlonglong id, const PropertySet &recording);
     void load(const Batch &batch);
     void commit();
+    void compareOrders(std::vector<qlonglong> inMemory);
 
     const Options &m_options;
-    const Filter &m_filter;
+    const Query &m_query;
     Database &m_database;
     RecordingMaker m_maker;
     std::vector<bool> m_matches;     ///< in memory, by row
     std::vector<bool> m_differences; ///< whether SQLite says otherwise, by row
+    std::optional<Ordering> m_ordering;
 };
 
-Searcher::Searcher(const Options &options, const Filter &filter, Database &database)
+Searcher::Searcher(const Options &options, const Query &query, Database &database)
     : m_options(options)
-    , m_filter(filter)
+    , m_query(query)
     , m_database(database)
-{}
+{
+    if (query.sortKey)
+        m_ordering.emplace(*query.sortKey);
+}
 
 void Searcher::readRows(FolderWalk &walk)
 {
@@ -55,7 +66,7 @@ void Searcher::readRows(FolderWalk &walk)
     Progress progress(withProgress ? countEntries(m_options.folder) : 0);
     for (Batch batch = nextBatch(walk); !batch.empty(); batch = nextBatch(walk)) {
         evaluate(batch);
-        keepFirstMatches(batch);
+        takeMatches(batch);
         load(batch);
         result.rows += static_cast<qlonglong>(batch.size());
         progress.update(result.rows);
@@ -79,20 +90,29 @@ void Searcher::evaluate(const Batch &batch)
     QElapsedTimer timer;
     timer.start();
     for (const PropertySet &recording : batch)
-        m_matches.push_back(m_filter.matches(recording));
+        m_matches.push_back(m_query.filter.matches(recording));
     result.memory.nanoseconds += timer.nsecsElapsed();
 }
 
-void Searcher::keepFirstMatches(const Batch &batch)
+void Searcher::takeMatches(const Batch &batch)
 {
-    const auto limit = static_cast<size_t>(m_options.limit);
-    for (size_t i = 0; i < batch.size(); ++i) {
-        if (!m_matches[static_cast<size_t>(result.rows) + i])
-            continue;
-        ++result.memory.matches;
-        if (result.firstMatches.size() < limit)
-            result.firstMatches.push_back(batch[i]);
+    qlonglong id = result.rows;
+    for (const PropertySet &recording : batch) {
+        if (m_matches[static_cast<size_t>(id)])
+            takeMatch(id, recording);
+        ++id;
     }
+}
+
+void Searcher::takeMatch(qlonglong id, const PropertySet &recording)
+{
+    ++result.memory.matches;
+    if (m_query.grouped)
+        result.groups.add(recording);
+    if (m_ordering)
+        m_ordering->add(id, recording);
+    else if (result.firstMatches.size() < static_cast<size_t>(m_options.limit))
+        result.firstMatches.push_back(recording);
 }
 
 void Searcher::load(const Batch &batch)
@@ -119,11 +139,13 @@ void Searcher::runInSqlite()
     m_differences = m_matches;
     QElapsedTimer timer;
     timer.start();
-    m_database.select(m_filter.expression(), [this](qlonglong id) {
+    m_database.select(m_query.filter.expression(), ExpressionHandle(), [this](qlonglong id) {
         ++result.sqlite.matches;
         m_differences.at(static_cast<size_t>(id)).flip();
     });
     result.sqlite.nanoseconds = timer.nsecsElapsed();
+    if (m_query.grouped)
+        result.groups.addFrom(m_database, m_query.filter.expression());
 }
 
 void Searcher::explainDisagreements()
@@ -134,19 +156,59 @@ void Searcher::explainDisagreements()
         ++result.disagreementCount;
         if (result.disagreements.size() < gDisagreementLimit) {
             result.disagreements.push_back(explainDisagreement(
-                m_filter, m_database, static_cast<qlonglong>(row), m_matches[row]));
+                m_query.filter, m_database, static_cast<qlonglong>(row), m_matches[row]));
         }
     }
 }
 
+void Searcher::sort()
+{
+    if (!m_ordering)
+        return;
+    result.order.emplace();
+    QElapsedTimer timer;
+    timer.start();
+    std::vector<qlonglong> sorted = m_ordering->takeSorted();
+    result.order->memoryNanoseconds = timer.nsecsElapsed();
+
+    const size_t listed = std::min(sorted.size(), static_cast<size_t>(m_options.limit));
+    for (size_t i = 0; i < listed; ++i)
+        result.firstMatches.push_back(m_database.recording(sorted[i]));
+    compareOrders(std::move(sorted));
+}
+
+// A row that one side alone has found has no place to compare.
+void Searcher::compareOrders(std::vector<qlonglong> inMemory)
+{
+    const auto isSingle = [this](qlonglong id) { return m_differences[static_cast<size_t>(id)]; };
+    inMemory.erase(std::remove_if(inMemory.begin(), inMemory.end(), isSingle), inMemory.end());
+    OrderComparer comparer(*m_query.sortKey, std::move(inMemory));
+    QElapsedTimer timer;
+    timer.start();
+    m_database.select(m_query.filter.expression(), m_query.sortKey->expression(),
+                      [&](qlonglong id) {
+                          if (!isSingle(id))
+                              comparer.add(id);
+                      });
+    result.order->sqliteNanoseconds = timer.nsecsElapsed();
+    result.order->comparison = comparer.result(m_database);
+}
+
 } // namespace
 
-SearchResult search(const Options &options, const Filter &filter, FolderWalk &walk,
+bool SearchResult::sidesAgree() const
+{
+    return disagreementCount == 0 && groups.agree() &&
+           (!order || order->comparison.differences == 0);
+}
+
+SearchResult search(const Options &options, const Query &query, FolderWalk &walk,
                     Database &database)
 {
-    Searcher searcher(options, filter, database);
+    Searcher searcher(options, query, database);
     searcher.readRows(walk);
     searcher.runInSqlite();
     searcher.explainDisagreements();
+    searcher.sort();
     return searcher.result;
 }

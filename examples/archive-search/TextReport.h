@@ -2,7 +2,7 @@
 
 #include <QString>
 
-class Filter;
+struct Query;
 struct SearchResult;
 
 /**
@@ -10,8 +10,9 @@ struct SearchResult;
  * The report for people.
  */
 
-/// The filter in all styles, with what is bound to its placeholders.
-QString filterText(const Filter &filter);
+/// The filter in all styles, with what is bound to its placeholders, and the other expressions if
+/// the query asks for them.
+QString queryText(const Query &query);
 
 /// What was found, how long it took, and where the two sides disagree.
-QString resultText(const SearchResult &result);
+QString resultText(const Query &query, const SearchResult &result);

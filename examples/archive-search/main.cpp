@@ -1,14 +1,16 @@
 #include "Database.h"
 #include "Failure.h"
-#include "Filter.h"
+#include "FilterFile.h"
 #include "FolderWalk.h"
 #include "JsonReport.h"
 #include "Options.h"
 #include "PrintableText.h"
+#include "Query.h"
 #include "Search.h"
 #include "TextReport.h"
 
 #include <QCoreApplication>
+#include <QSet>
 #include <QTextCodec>
 
 #include <fcntl.h>
@@ -52,6 +54,15 @@ void warn(const QString &message)
     std::fprintf(stderr, "%s\n", line.constData());
 }
 
+// Qt repeats some warnings for each row, as for a regular expression that it can't read.
+void warnOnce(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &message)
+{
+    static QSet<QString> told;
+    if (!told.contains(message))
+        warn(message);
+    told.insert(message);
+}
+
 void warnOfSkipped(const SkippedEntries &skipped)
 {
     for (const QString &message : skipped.messages)
@@ -62,22 +73,24 @@ void warnOfSkipped(const SkippedEntries &skipped)
 
 ExitCode exitCode(const SearchResult &result)
 {
-    if (result.disagreementCount > 0)
+    if (!result.sidesAgree())
         return Disagreeing;
     return result.skipped.count > 0 ? Incomplete : Done;
 }
 
 ExitCode run(const Options &options)
 {
-    const Filter filter(options);
+    const Query query(options);
     FolderWalk walk(options.folder, FolderWalk::Detail::Status);
     Database database(options.database); // behind the walk: a wrong folder must not cost the table
+    if (!options.saveFilter.isEmpty())
+        saveFilter(query.filter.expression(), options.saveFilter);
     if (!options.json)
-        writeOutput(filterText(filter).toUtf8());
+        writeOutput(queryText(query).toUtf8());
 
-    const SearchResult result = search(options, filter, walk, database);
+    const SearchResult result = search(options, query, walk, database);
     warnOfSkipped(result.skipped);
-    writeOutput(options.json ? jsonReport(filter, result) : resultText(result).toUtf8());
+    writeOutput(options.json ? jsonReport(query, result) : resultText(query, result).toUtf8());
     return exitCode(result);
 }
 
@@ -88,6 +101,7 @@ int main(int argc, char *argv[])
     occupyStandardStreams();
     // Names are UTF-8 here whatever the locale says, in arguments as on the disk.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    qInstallMessageHandler(&warnOnce);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("archive-search"));
     QCoreApplication::setApplicationVersion(QStringLiteral("0.1.0"));

@@ -81,6 +81,22 @@ inline ProgramRun runScript(const char *script, const QStringList &arguments)
                     QStringList{"-c", script, ARCHIVE_SEARCH} + arguments);
 }
 
+inline qint64 utc(const char *date)
+{
+    return QDateTime::fromString(QLatin1String(date), Qt::ISODateWithMs).toMSecsSinceEpoch();
+}
+
+inline qint64 daysAgo(double days)
+{
+    return QDateTime::currentMSecsSinceEpoch() - static_cast<qint64>(days * 24 * 60 * 60 * 1000);
+}
+
+inline QByteArray contentOf(const QString &file)
+{
+    QFile reader(file);
+    return reader.open(QIODevice::ReadOnly) ? reader.readAll() : QByteArray("(unreadable)");
+}
+
 /// A temporary folder with files of given names, sizes and dates.
 class Tree
 {

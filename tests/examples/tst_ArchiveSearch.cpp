@@ -2,54 +2,11 @@
 
 #include "ProgramRun.h"
 
-#include <QSqlDatabase>
-#include <QSqlQuery>
-
 #include <unistd.h>
 
 #include <array>
-#include <atomic>
-#include <thread>
 
 namespace {
-
-qint64 utc(const char *date)
-{
-    return QDateTime::fromString(QLatin1String(date), Qt::ISODateWithMs).toMSecsSinceEpoch();
-}
-
-qint64 daysAgo(double days)
-{
-    return QDateTime::currentMSecsSinceEpoch() - static_cast<qint64>(days * 24 * 60 * 60 * 1000);
-}
-
-QByteArray contentOf(const QString &file)
-{
-    QFile reader(file);
-    return reader.open(QIODevice::ReadOnly) ? reader.readAll() : QByteArray("(unreadable)");
-}
-
-// The rows of a query on a database file, each as its values joined by "|".
-QStringList query(const QString &file, const QString &statement)
-{
-    QStringList rows;
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "tst");
-        database.setDatabaseName(file);
-        database.open();
-        QSqlQuery reader(database);
-        if (!reader.exec(statement))
-            rows.append("(failed)");
-        while (reader.next()) {
-            QStringList values;
-            for (int i = 0; reader.value(i).isValid(); ++i)
-                values.append(reader.value(i).toString());
-            rows.append(values.join('|'));
-        }
-    }
-    QSqlDatabase::removeDatabase("tst");
-    return rows;
-}
 
 // The master side of a new terminal, and the name of the side that a program writes to.
 int openTerminal(QString &name)
@@ -84,22 +41,6 @@ private slots:
     void wrongUse_data();
     void wrongUse();
     void helpAndVersion();
-    void wrongFolder_data();
-    void wrongFolder();
-
-    void unreadableEntries();
-    void manyUnreadableEntries();
-    void namesThatAreNotUtf8();
-    void folderThatIsNotUtf8();
-    void linksAreNotFollowed();
-    void folderThatIsALink();
-    void folderThatChanges();
-
-    void databaseIsKept();
-    void databaseInMemoryLeavesNoFile();
-    void databaseRefused_data();
-    void databaseRefused();
-    void wrongFolderKeepsTheTable();
 
     void closeDoublesDisagree();
     void unexplainedDisagreement();
@@ -382,235 +323,13 @@ void tst_ArchiveSearch::helpAndVersion()
         const ProgramRun help = runProgram({option});
         QCOMPARE(help.exitCode, 0);
         QVERIFY(help.output.contains("Exit codes:"));
-        QVERIFY(help.output.contains("--newer-than <DATE>"));
+        for (const char *known :
+             {"--newer-than <DATE>", "--sort <FIELD>", "--group-by-extension", "--show-code",
+              "--name-like <PATTERN>", "--name-regexp <PATTERN>", "--save-filter <FILE>",
+              "--load-filter <FILE>", "disagree on some rows or on their order"})
+            QVERIFY2(help.output.contains(known), known);
     }
     QCOMPARE(runProgram({"--version"}).output, QByteArray("archive-search 0.1.0\n"));
-}
-
-void tst_ArchiveSearch::wrongFolder_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("reason");
-    QTest::newRow("missing") << "none" << QByteArray("No such file or directory");
-    QTest::newRow("a file") << "a.mp4" << QByteArray("Not a directory");
-    QTest::newRow("below a file") << "a.mp4/x" << QByteArray("Not a directory");
-}
-
-void tst_ArchiveSearch::wrongFolder()
-{
-    QFETCH(QString, name);
-    QFETCH(QByteArray, reason);
-    const QByteArray folder = m_tree.path(name).toUtf8();
-    const ProgramRun run = runProgram({m_tree.path(name)});
-    QCOMPARE(run.exitCode, 2);
-    QCOMPARE(run.errors, "archive-search: cannot read folder '" + folder + "': " + reason + '\n');
-    QCOMPARE(run.output, QByteArray());
-}
-
-void tst_ArchiveSearch::unreadableEntries()
-{
-    const Tree tree;
-    tree.addFile("closed/x");
-    tree.addFile("names only/y");
-    tree.addFile("unreadable content");
-    tree.setMode("closed", 0);
-    tree.setMode("names only", 0400);
-    tree.setMode("unreadable content", 0);
-    const ProgramRun run = runProgram({"--json", tree.path()});
-    QCOMPARE(run.exitCode, 3);
-    QCOMPARE(run.number("skipped"), 2);
-    QCOMPARE(run.paths(), QStringList{"unreadable content"});
-    QVERIFY(
-        run.errors.contains("archive-search: cannot read folder 'closed': Permission denied\n"));
-    QVERIFY(run.errors.contains(
-        "archive-search: cannot read file 'names only/y': Permission denied\n"));
-    QCOMPARE(run.errors.count('\n'), 2);
-
-    const ProgramRun root = runProgram({tree.path("closed")});
-    QCOMPARE(root.exitCode, 2);
-    tree.setMode("closed", 0700);
-    tree.setMode("names only", 0700);
-}
-
-void tst_ArchiveSearch::manyUnreadableEntries()
-{
-    const Tree tree;
-    for (int i = 0; i < 25; ++i)
-        tree.addFile("names only/" + QByteArray::number(i));
-    tree.setMode("names only", 0400);
-    const ProgramRun run = runProgram({"--json", tree.path()});
-    tree.setMode("names only", 0700);
-    QCOMPARE(run.exitCode, 3);
-    QCOMPARE(run.number("skipped"), 25);
-    QCOMPARE(run.errors.count('\n'), 11);
-    QVERIFY(run.errors.endsWith("archive-search: and 15 more\n"));
-}
-
-void tst_ArchiveSearch::namesThatAreNotUtf8()
-{
-    const Tree tree;
-    tree.addFile("caf\xe9.mp4", 1);
-    tree.addFile("caf\xc3\xa9.mp4", 2);
-    tree.addFile("\xef\xbb\xbfmark", 3); // a byte order mark is UTF-8, and part of the name
-    tree.addFile("cut\xc3", 4);
-    const ProgramRun run = runProgram({"--json", tree.path()});
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.number("rows"), 4);
-    QCOMPARE(run.number("notUtf8"), 2);
-    for (const char *name :
-         {"caf\xc3\xa9.mp4", "caf\xef\xbf\xbd.mp4", "cut\xef\xbf\xbd", "\xef\xbb\xbfmark"})
-        QVERIFY2(run.output.contains(QByteArray("\"path\": \"") + name + '"'), name);
-
-    const ProgramRun found = runProgram({"--json", "--extension", "mp4", tree.path()});
-    QCOMPARE(found.paths().size(), 2);
-}
-
-void tst_ArchiveSearch::folderThatIsNotUtf8()
-{
-    const Tree tree;
-    QCOMPARE(::mkdir(tree.bytes("caf\xe9").constData(), 0700), 0);
-    const int file = ::open(tree.bytes("caf\xe9/inside").constData(), O_CREAT | O_WRONLY, 0600);
-    QVERIFY(file >= 0);
-    ::close(file);
-
-    const ProgramRun run = runScript("cd \"$1\" && exec \"$0\" --json caf*", {tree.path()});
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.paths(), QStringList{"inside"});
-    const ProgramRun above = runProgram({"--json", tree.path()});
-    QCOMPARE(above.number("rows"), 1);
-    QCOMPARE(above.number("notUtf8"), 1);
-}
-
-void tst_ArchiveSearch::linksAreNotFollowed()
-{
-    const Tree tree;
-    tree.addFile("sub/file");
-    tree.addLink("..", "sub/loop");
-    tree.addLink("nowhere", "dangling");
-    const ProgramRun run = runProgram({"--json", tree.path()});
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.paths(), (QStringList{"dangling", "sub/file", "sub/loop"}));
-    const QJsonArray rows = run.array("matches");
-    for (const QJsonValue &row : rows)
-        QCOMPARE(row["link"].toBool(), row["path"].toString() != "sub/file");
-}
-
-void tst_ArchiveSearch::folderThatIsALink()
-{
-    const Tree tree;
-    tree.addFile("sub/file");
-    tree.addLink("sub", "link");
-    QCOMPARE(runProgram({"--json", tree.path("link")}).paths(), QStringList{"file"});
-}
-
-void tst_ArchiveSearch::folderThatChanges()
-{
-    const Tree tree;
-    for (int i = 0; i < 500; ++i)
-        tree.addFile(QByteArray::number(i % 20) + "/stays" + QByteArray::number(i));
-
-    std::atomic<bool> stop = false;
-    std::thread changer([&] {
-        for (int i = 0; !stop; ++i) {
-            const QString folder = tree.path(QString::number(i % 20) + "/comes and goes");
-            QDir().mkpath(folder);
-            QFile(folder + "/file").open(QIODevice::WriteOnly);
-            QDir(folder).removeRecursively();
-        }
-    });
-    QVector<ProgramRun> runs;
-    for (int i = 0; i < 20; ++i)
-        runs.append(runProgram({"--json", "--extension", "", tree.path()}));
-    stop = true;
-    changer.join();
-
-    for (const ProgramRun &run : qAsConst(runs)) {
-        QVERIFY2(run.exitCode == 0 || run.exitCode == 3, run.errors.constData());
-        QCOMPARE(run.exitCode == 3, run.number("skipped") > 0);
-        QVERIFY(run.number("rows") >= 500);
-        QCOMPARE(run.json["memory"].toObject()["matches"],
-                 run.json["sqlite"].toObject()["matches"]);
-    }
-}
-
-void tst_ArchiveSearch::databaseIsKept()
-{
-    const Tree scratch;
-    const QString file = scratch.path("kept.db");
-    query(file, "CREATE TABLE other (x)");
-    query(file, "CREATE TABLE recordings (old)");
-    for (int i = 0; i < 2; ++i) { // the second time replaces the rows of the first
-        const ProgramRun run = runProgram({"--database", file, "--name", "large", m_tree.path()});
-        QCOMPARE(run.errors, QByteArray());
-        QCOMPARE(run.exitCode, 0);
-    }
-    QCOMPARE(query(file, "SELECT count(*) FROM recordings"), QStringList{"8"});
-    QCOMPARE(query(file, "SELECT count(*) FROM other"), QStringList{"0"});
-    QCOMPARE(query(file, "SELECT path, name, extension, size, modified, hidden, depth, link, "
-                         "permissions FROM recordings WHERE name IN ('b.avi', 'd.txt') "
-                         "ORDER BY path"),
-             (QStringList{".folder/d.txt|d.txt|txt|0|1772928000000000|1|1|0|416",
-                          "sub/b.avi|b.avi|avi|1024|1772735400001000|0|1|0|416"}));
-}
-
-void tst_ArchiveSearch::databaseInMemoryLeavesNoFile()
-{
-    const Tree scratch;
-    const ProgramRun run =
-        runScript("cd \"$1\" && exec \"$0\" --json \"$2\"", {scratch.path(), m_tree.path()});
-    QCOMPARE(run.exitCode, 0);
-    const auto everything = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
-    QCOMPARE(QDir(scratch.path()).entryList(everything), QStringList());
-
-    // A file may have the name that stands for a database in memory.
-    runScript("cd \"$1\" && exec \"$0\" --database :memory: \"$2\"",
-              {scratch.path(), m_tree.path()});
-    QCOMPARE(QDir(scratch.path()).entryList(everything), QStringList{":memory:"});
-}
-
-void tst_ArchiveSearch::databaseRefused_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("reason");
-    QTest::newRow("not a database") << "letter.txt" << QByteArray("file is not a database");
-    QTest::newRow("a folder") << "folder" << QByteArray("unable to open database file");
-    QTest::newRow("in no folder") << "none/x.db" << QByteArray("unable to open database file");
-    QTest::newRow("read-only") << "closed.db" << QByteArray("attempt to write a readonly database");
-    QTest::newRow("a view of that name")
-        << "view.db" << QByteArray("use DROP VIEW to delete view recordings");
-}
-
-void tst_ArchiveSearch::databaseRefused()
-{
-    QFETCH(QString, name);
-    QFETCH(QByteArray, reason);
-    const Tree scratch;
-    scratch.addFile("folder/x");
-    QFile letter(scratch.path("letter.txt"));
-    QVERIFY(letter.open(QIODevice::WriteOnly));
-    letter.write(QByteArray("Dear reader, ").repeated(1000));
-    letter.close();
-    query(scratch.path("closed.db"), "CREATE TABLE other (x)");
-    scratch.setMode("closed.db", 0400);
-    query(scratch.path("view.db"), "CREATE VIEW recordings AS SELECT 1");
-
-    const QString file = scratch.path(name);
-    const QByteArray before = contentOf(file);
-    const ProgramRun run = runProgram({"--database", file, m_tree.path()});
-    QCOMPARE(run.exitCode, 2);
-    QCOMPARE(run.errors,
-             "archive-search: cannot use database '" + file.toUtf8() + "': " + reason + '\n');
-    QCOMPARE(run.output, QByteArray());
-    QCOMPARE(contentOf(file), before);
-}
-
-void tst_ArchiveSearch::wrongFolderKeepsTheTable()
-{
-    const Tree scratch;
-    const QString file = scratch.path("kept.db");
-    query(file, "CREATE TABLE recordings (old)");
-    QCOMPARE(runProgram({"--database", file, scratch.path("none")}).exitCode, 2);
-    QCOMPARE(query(file, "SELECT count(old) FROM recordings"), QStringList{"0"});
 }
 
 void tst_ArchiveSearch::closeDoublesDisagree()

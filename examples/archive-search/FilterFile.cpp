@@ -113,10 +113,10 @@ ExpressionHandle loadFilter(const QString &name)
         refuseToLoad(name, QStringLiteral("it is no filter, or it ends too early"));
     if (filter->isEmpty())
         refuseToLoad(name, QStringLiteral("it is no filter"));
-    // A list of operands that ends too early, or holds an unknown class, reads without an error.
+    // A list that holds an unknown class reads without an error.
     const QByteArray understood = bytesOf(filter);
     if (!bytes.startsWith(understood))
-        refuseToLoad(name, QStringLiteral("it is damaged, or it ends too early"));
+        refuseToLoad(name, QStringLiteral("it is damaged"));
     if (bytes != understood)
         refuseToLoad(name, QStringLiteral("something follows the filter"));
 

@@ -1,7 +1,7 @@
 #include <Vokit/Comparator>
 
-#include "expressions/NodeAccess_p.h"
 #include "IsExactly_p.h"
+#include "expressions/NodeAccess_p.h"
 
 #include <Vokit/ConstExpression>
 #include <Vokit/ElementOf>

@@ -1,7 +1,7 @@
 #include <Vokit/ConstExpression>
 
-#include "expressions/PrintStyle_p.h"
 #include "IsExactly_p.h"
+#include "expressions/PrintStyle_p.h"
 #include "properties/ValueView_p.h"
 
 #include <Vokit/TypeTool>

@@ -1,9 +1,9 @@
 #include <Vokit/ElementOf>
 
+#include "IsExactly_p.h"
 #include "expressions/NodeAccess_p.h"
 #include "expressions/Operands_p.h"
 #include "expressions/PrintStyle_p.h"
-#include "IsExactly_p.h"
 
 #include <Vokit/ExpressionList>
 #include <Vokit/TypeTool>

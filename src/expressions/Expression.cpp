@@ -10,8 +10,9 @@
 
 #include <QDataStream>
 #include <QTextStream>
+#include <QVarLengthArray>
 
-#include <memory>
+#include <algorithm>
 #include <typeinfo>
 
 namespace vogen {
@@ -21,6 +22,43 @@ namespace {
 QString classKey(const Expression &node)
 {
     return QLatin1String(typeid(node).name());
+}
+
+// The bytes of a key and a terminating NUL; those of the library's classes need no memory.
+using KeyBytes = QVarLengthArray<char, 64>;
+
+// As QDataStream reads a char pointer, in steps, so that a length that lies asks for no memory
+// beyond the data. An empty key where the data ends too early.
+KeyBytes readKey(QDataStream &stream)
+{
+    constexpr quint32 step = 1024 * 1024;
+    quint32 length = 0;
+    stream >> length;
+    KeyBytes bytes;
+    for (quint32 left = length; left > 0;) {
+        const int size = static_cast<int>(std::min(left, step));
+        const int begin = bytes.size();
+        bytes.resize(begin + size);
+        if (stream.readRawData(bytes.data() + begin, size) != size) {
+            stream.setStatus(QDataStream::ReadPastEnd);
+            bytes.clear();
+            break;
+        }
+        left -= static_cast<quint32>(size);
+    }
+    bytes.append('\0');
+    return bytes;
+}
+
+// Looks at the lengths first, which tell most keys apart: no text is made for the search.
+const ExpressionHandle *findPrototype(QLatin1String key)
+{
+    const auto &map = qAsConst(Expression::expressionClassMap());
+    for (auto it = map.begin(); it != map.end(); ++it) {
+        if (it.key().size() == key.size() && it.key() == key)
+            return &it.value();
+    }
+    return nullptr;
 }
 
 // Room made ahead, so that most filters grow neither text nor list while they are printed.
@@ -111,14 +149,9 @@ void Expression::writeExpression(QDataStream &stream, ExpressionHandle e)
 
 ExpressionHandle Expression::readExpression(QDataStream &stream)
 {
-    char *raw = nullptr;
-    stream >> raw;
-    const std::unique_ptr<char[]> key(raw);
-
     ExpressionHandle result;
-    const QMap<QString, ExpressionHandle> &map = expressionClassMap();
-    const auto prototype = map.constFind(QLatin1String(key.get()));
-    if (prototype != map.constEnd()) {
+    const KeyBytes key = readKey(stream);
+    if (const ExpressionHandle *prototype = findPrototype(QLatin1String(key.constData()))) {
         result = *prototype;
         result->read(stream);
     }

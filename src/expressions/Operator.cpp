@@ -10,6 +10,8 @@ namespace vogen {
 namespace {
 constexpr qint32 gRecordVersion = 1;
 
+constexpr qint32 gUsualOperandCount = 16;
+
 // How far a list is filled up with operands that the data doesn't hold. A damaged count may promise
 // two thousand millions of them, in each of the operators that nest around it.
 constexpr qint32 gMissingOperandLimit = 1024;
@@ -52,6 +54,7 @@ void Operator::read(QDataStream &stream)
     qint32 count = 0;
     stream >> version >> count;
     operands.clear();
+    operands.reserve(qBound(0, count, gUsualOperandCount));
     while (operands.size() < count) {
         operands.append(readExpression(stream));
         if (stream.status() != QDataStream::Ok && stream.atEnd())

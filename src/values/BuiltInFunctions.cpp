@@ -174,31 +174,67 @@ bool matchAndKeep(QCache<QString, QRegExp> &cache, const QString &key, const QSt
 
 } // namespace
 
-QVariant FunctionExpression::like(const QList<QVariant> &values)
+bool FunctionExpression::matchesLike(const QString &subject, const QString &pattern,
+                                     const QString &escape)
 {
-    const QString subject = text(values);
-    const QString pattern = text(values, 1);
-    const QString escape = text(values, 2);
+    // The entry that was found last is the cache's newest until something else is looked up.
+    static QString lastPattern;
+    static QString lastEscape;
+    static const QRegExp *last = nullptr;
+    if (last && pattern == lastPattern && escape == lastEscape)
+        return last->exactMatch(subject);
+
     const QString suffix = QLatin1Char('/') + escape;
     // Looked up as written and filed as translated: only a pattern that is its own translation is
     // found again, and one that looks like another's translation finds that one.
-    if (const QRegExp *known = gLikeCache.object(pattern + suffix))
-        return known->exactMatch(subject);
+    last = gLikeCache.object(pattern + suffix);
+    if (last) {
+        lastPattern = pattern;
+        lastEscape = escape;
+        return last->exactMatch(subject);
+    }
     const QString translated = translatedPattern(pattern, escape);
     return matchAndKeep(gLikeCache, translated + suffix, translated, subject);
 }
 
-QVariant FunctionExpression::regexp(const QList<QVariant> &values)
+bool FunctionExpression::matchesRegExp(const QString &subject, const QString &pattern)
 {
-    const QString subject = text(values);
-    const QVariant given = values.value(1);
-    if (given.canConvert(QVariant::RegExp))
-        return given.toRegExp().exactMatch(subject);
-
-    const QString pattern = given.toString();
     if (const QRegExp *known = gRegExpCache.object(pattern))
         return QRegExp(*known).exactMatch(subject);
     return matchAndKeep(gRegExpCache, pattern, pattern, subject);
+}
+
+QVariant FunctionExpression::like(const QList<QVariant> &values)
+{
+    return matchesLike(text(values), text(values, 1), text(values, 2));
+}
+
+QVariant FunctionExpression::regexp(const QList<QVariant> &values)
+{
+    const QVariant pattern = values.value(1);
+    if (pattern.canConvert(QVariant::RegExp))
+        return pattern.toRegExp().exactMatch(text(values));
+    return matchesRegExp(text(values), pattern.toString());
+}
+
+bool FunctionExpression::callWithTexts(Function function, const QString *const *texts, int count,
+                                       QVariant *result)
+{
+    if (function == &like && count >= 2)
+        *result = matchesLike(*texts[0], *texts[1], count > 2 ? *texts[2] : QString());
+    else if (function == &regexp && count == 2)
+        *result = matchesRegExp(*texts[0], *texts[1]);
+    else if (function == &lower && count == 1)
+        *result = texts[0]->toLower();
+    else if (function == &upper && count == 1)
+        *result = texts[0]->toUpper();
+    else if (function == &trim && count == 1)
+        *result = texts[0]->trimmed();
+    else if (function == &length && count == 1)
+        *result = texts[0]->length();
+    else
+        return false;
+    return true;
 }
 
 } // namespace vogen

@@ -1,6 +1,7 @@
 #include <Vokit/FunctionExpression>
 
 #include "LogNotice_p.h"
+#include "expressions/NodeAccess_p.h"
 
 #include <Vokit/ConstExpression>
 #include <Vokit/ExpressionList>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr qint32 gRecordVersion = 2;
 constexpr int gCacheSize = 100;
+constexpr int gMostTexts = 3;
 
 struct BuiltIn
 {
@@ -91,9 +93,14 @@ FunctionExpression::~FunctionExpression() = default;
 
 QVariant FunctionExpression::evaluate(const PropertySet &properties, bool *isConstant) const
 {
+    QVariant result;
+    if (evaluateTexts(properties, isConstant, &result))
+        return result;
+
     if (isConstant)
         *isConstant = true;
     QList<QVariant> values;
+    values.reserve(operands.size());
     TypeTool tool(false, false);
     for (const ExpressionHandle &operand : operands) {
         bool constant = false;
@@ -105,6 +112,29 @@ QVariant FunctionExpression::evaluate(const PropertySet &properties, bool *isCon
     }
     const Function function = entry().function;
     return function ? function(values) : QVariant();
+}
+
+// A list of values costs more than most functions of texts do: these take their arguments where
+// they lie. False, with nothing done, for all other calls.
+bool FunctionExpression::evaluateTexts(const PropertySet &properties, bool *isConstant,
+                                       QVariant *result) const
+{
+    QString const *texts[gMostTexts] = {};
+    if (distinct || operands.isEmpty() || operands.size() > gMostTexts)
+        return false;
+    bool constant = true;
+    for (int i = 0; i < operands.size(); ++i) {
+        const ValueView view = NodeAccess::valueInPlace(*operands.at(i), properties);
+        if (view.isNull() || view.type() != QMetaType::QString)
+            return false;
+        texts[i] = &view.as<QString>();
+        constant = constant && view.isConstant();
+    }
+    if (!callWithTexts(entry().function, texts, operands.size(), result))
+        return false;
+    if (isConstant)
+        *isConstant = constant;
+    return true;
 }
 
 Expression *FunctionExpression::clone() const

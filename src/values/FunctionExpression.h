@@ -136,6 +136,11 @@ protected:
 private:
     const FunctionEntry &entry() const;
     QVariant folded() const;
+    bool evaluateTexts(const PropertySet &properties, bool *isConstant, QVariant *result) const;
+    static bool callWithTexts(Function function, const QString *const *texts, int count,
+                              QVariant *result);
+    static bool matchesLike(const QString &subject, const QString &pattern, const QString &escape);
+    static bool matchesRegExp(const QString &subject, const QString &pattern);
 
     static QCache<QString, QRegExp> gLikeCache;
     static QCache<QString, QRegExp> gRegExpCache;

@@ -1,5 +1,7 @@
 #include <Vokit/NumericOperator>
 
+#include "expressions/NodeAccess_p.h"
+
 #include <Vokit/ConstExpression>
 #include <Vokit/ExpressionList>
 #include <Vokit/TypeTool>
@@ -34,6 +36,15 @@ const Operation *find(NumericOperator::NumOp operation)
     return index < std::size(gOperations) ? &gOperations[index] : nullptr;
 }
 
+static_assert(int(NumericOperator::Add) == int(TypeTool::Arithmetic::Add) &&
+              int(NumericOperator::BitXor) == int(TypeTool::Arithmetic::BitXor));
+
+// Of a code that no enumerator names, it is none either.
+TypeTool::Arithmetic arithmetic(NumericOperator::NumOp operation)
+{
+    return static_cast<TypeTool::Arithmetic>(operation);
+}
+
 const ConstExpression gZero(QVariant(0), false);
 [[maybe_unused]] const bool gRegistered[] = {
     Expression::registerExpressionClass(NumericOperator(gZero, NumericOperator::Add, gZero)),
@@ -59,19 +70,43 @@ QVariant NumericOperator::evaluate(const PropertySet &properties, bool *isConsta
 {
     if (operands.isEmpty())
         return {};
-    bool constant = false;
-    QVariant value = operands.first()->evaluate(properties, &constant);
+    const Expression &first = *operands.first();
+    QVariant value;
+    ValueView left = NodeAccess::valueInPlace(first, properties);
+    bool constant = left.isConstant();
+    bool evaluated = false; // else the first value lies in its node or property
+    const auto evaluateFirst = [&] {
+        value = first.evaluate(properties, &constant);
+        evaluated = true;
+    };
+    if (left.isNull() || operands.size() == 1) {
+        evaluateFirst();
+        left = ValueView(value);
+    }
+
+    bool done = true;
+    for (int i = 1; i < operands.size() && done; ++i) {
+        const Expression &operand = *operands.at(i);
+        const ValueView right = NodeAccess::valueInPlace(operand, properties);
+        bool operandConstant = right.isConstant();
+        TypeTool tool(constant, operandConstant);
+        QVariant result;
+        if (!right.isNull() && tool.computeInPlace(arithmetic(op), left, right, &result)) {
+            value = result;
+            done = tool.wasOK();
+            constant = constant && operandConstant;
+        } else {
+            if (!evaluated)
+                evaluateFirst(); // before another operand runs
+            const QVariant next = operand.evaluate(properties, &operandConstant);
+            done = apply(value, constant, op, next, operandConstant);
+        }
+        evaluated = true;
+        left = ValueView(value);
+    }
     if (isConstant)
         *isConstant = constant;
-    for (int i = 1; i < operands.size(); ++i) {
-        bool operandConstant = false;
-        const QVariant operand = operands.at(i)->evaluate(properties, &operandConstant);
-        if (isConstant && !operandConstant)
-            *isConstant = false;
-        if (!apply(value, constant, op, operand, operandConstant))
-            return {};
-    }
-    return value;
+    return done ? value : QVariant();
 }
 
 Expression *NumericOperator::clone() const

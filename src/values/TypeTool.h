@@ -158,11 +158,17 @@ public:
     bool compareInPlace(ValueView a, ValueView b, int *order) const;
     /// The same, when all that matters is whether the order is 0.
     bool matchInPlace(ValueView a, ValueView b, int *order) const;
+    /// do_add() and its kin of two numbers, where they lie. False, with nothing done, for any other
+    /// two values.
+    enum class Arithmetic : int { Add, Subtract, Multiply, Divide, Modulo, BitAnd, BitOr, BitXor };
+    bool computeInPlace(Arithmetic operation, ValueView a, ValueView b, QVariant *result);
 
 private:
     QVariant::Type coerceNumericTypes(ValueView a, ValueView b) const;
     template <typename Operation>
-    bool compute(const QVariant &a, const QVariant &b, Operation operation, QVariant *result);
+    bool compute(ValueView a, ValueView b, Operation operation, QVariant *result);
+    bool computeNumbers(Arithmetic operation, const QVariant &a, const QVariant &b,
+                        QVariant *result);
     QVariant fail();
 
     bool leftConstant;

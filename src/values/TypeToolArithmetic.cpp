@@ -6,6 +6,7 @@
 #include <Vokit/CTimeTranscoder>
 #include <Vokit/TimeConversions>
 
+#include <functional>
 #include <type_traits>
 
 namespace vogen {
@@ -23,36 +24,137 @@ bool movesDates(const QVariant &value)
     return TypeTool::isDate(value.type()) || TypeTool::isNumeric(value.type());
 }
 
+// Two numbers of one type. Integers wrap; what has no result is invalid, and a failure where it
+// clears ok.
+
+template <typename Number>
+QVariant sum(Number x, Number y)
+{
+    if constexpr (isDouble<Number>)
+        return QVariant(x + y);
+    else
+        return QVariant(vo::wrappingAdd(x, y));
+}
+
+// An unsigned difference never wraps below zero; it changes its type as soon as it gets there.
+template <typename Number>
+QVariant difference(Number x, Number y)
+{
+    if constexpr (isDouble<Number>) {
+        return QVariant(x - y);
+    } else {
+        if (std::is_signed_v<Number> || y < x)
+            return QVariant(vo::wrappingSubtract(x, y));
+        if constexpr (std::is_same_v<Number, uint>)
+            return QVariant(static_cast<qlonglong>(x) - static_cast<qlonglong>(y));
+        else
+            return QVariant(static_cast<double>(x) - static_cast<double>(y));
+    }
+}
+
+template <typename Number>
+QVariant product(Number x, Number y)
+{
+    if constexpr (isDouble<Number>)
+        return QVariant(x * y);
+    else
+        return QVariant(vo::wrappingMultiply(x, y));
+}
+
+// There is no infinity for doubles either.
+template <typename Number>
+QVariant quotient(Number x, Number y, bool &ok)
+{
+    ok = y != 0;
+    if (!ok)
+        return {};
+    if constexpr (isDouble<Number>)
+        return QVariant(x / y);
+    else
+        return QVariant(vo::wrappingDivide(x, y));
+}
+
+template <typename Number>
+QVariant remainder(Number x, Number y, bool &ok)
+{
+    if constexpr (isDouble<Number>) {
+        ok = false;
+        return {};
+    } else {
+        ok = y != 0;
+        return ok ? QVariant(vo::wrappingModulo(x, y)) : QVariant();
+    }
+}
+
+// Doubles have no bits, and that is no failure.
+template <typename Number, typename Operation>
+QVariant bits(Number x, Number y, Operation operation)
+{
+    if constexpr (isDouble<Number>)
+        return {};
+    else
+        return QVariant(static_cast<Number>(operation(x, y)));
+}
+
 } // namespace
 
 // Both numbers in their common type; false, with nothing done, where there is none.
 template <typename Operation>
-bool TypeTool::compute(const QVariant &a, const QVariant &b, Operation operation, QVariant *result)
+bool TypeTool::compute(ValueView a, ValueView b, Operation operation, QVariant *result)
 {
-    ok = true;
-    if (!isNumeric(a.type()) || !isNumeric(b.type()))
-        return false;
-    const ValueView left(a);
-    const ValueView right(b);
-    switch (coerceNumericTypes(left, right)) {
+    switch (coerceNumericTypes(a, b)) {
     case QVariant::Int:
-        *result = operation(numberAs<int>(left), numberAs<int>(right));
+        *result = operation(numberAs<int>(a), numberAs<int>(b));
         return true;
     case QVariant::UInt:
-        *result = operation(numberAs<uint>(left), numberAs<uint>(right));
+        *result = operation(numberAs<uint>(a), numberAs<uint>(b));
         return true;
     case QVariant::LongLong:
-        *result = operation(numberAs<qlonglong>(left), numberAs<qlonglong>(right));
+        *result = operation(numberAs<qlonglong>(a), numberAs<qlonglong>(b));
         return true;
     case QVariant::ULongLong:
-        *result = operation(numberAs<qulonglong>(left), numberAs<qulonglong>(right));
+        *result = operation(numberAs<qulonglong>(a), numberAs<qulonglong>(b));
         return true;
     case QVariant::Double:
-        *result = operation(numberAs<double>(left), numberAs<double>(right));
+        *result = operation(numberAs<double>(a), numberAs<double>(b));
         return true;
     default:
         return false;
     }
+}
+
+bool TypeTool::computeInPlace(Arithmetic operation, ValueView a, ValueView b, QVariant *result)
+{
+    ok = true;
+    if (!isNumeric(static_cast<QVariant::Type>(a.type())) ||
+        !isNumeric(static_cast<QVariant::Type>(b.type())))
+        return false;
+    const auto run = [&](auto function) { return compute(a, b, function, result); };
+    switch (operation) {
+    case Arithmetic::Add:
+        return run([](auto x, auto y) { return sum(x, y); });
+    case Arithmetic::Subtract:
+        return run([](auto x, auto y) { return difference(x, y); });
+    case Arithmetic::Multiply:
+        return run([](auto x, auto y) { return product(x, y); });
+    case Arithmetic::Divide:
+        return run([this](auto x, auto y) { return quotient(x, y, ok); });
+    case Arithmetic::Modulo:
+        return run([this](auto x, auto y) { return remainder(x, y, ok); });
+    case Arithmetic::BitAnd:
+        return run([](auto x, auto y) { return bits(x, y, std::bit_and<>()); });
+    case Arithmetic::BitOr:
+        return run([](auto x, auto y) { return bits(x, y, std::bit_or<>()); });
+    case Arithmetic::BitXor:
+        return run([](auto x, auto y) { return bits(x, y, std::bit_xor<>()); });
+    }
+    return false;
+}
+
+bool TypeTool::computeNumbers(Arithmetic operation, const QVariant &a, const QVariant &b,
+                              QVariant *result)
+{
+    return computeInPlace(operation, ValueView(a), ValueView(b), result);
 }
 
 QVariant TypeTool::fail()
@@ -63,14 +165,8 @@ QVariant TypeTool::fail()
 
 QVariant TypeTool::do_add(const QVariant &a, const QVariant &b)
 {
-    const auto add = [](auto x, auto y) {
-        if constexpr (isDouble<decltype(x)>)
-            return QVariant(x + y);
-        else
-            return QVariant(vo::wrappingAdd(x, y));
-    };
     QVariant result;
-    if (compute(a, b, add, &result))
+    if (computeNumbers(Arithmetic::Add, a, b, &result))
         return result;
     if (isDate(a.type()) && movesDates(b))
         return dateAdd(a, dateMicroSeconds(b));
@@ -83,22 +179,8 @@ QVariant TypeTool::do_add(const QVariant &a, const QVariant &b)
 
 QVariant TypeTool::do_subtract(const QVariant &a, const QVariant &b)
 {
-    // An unsigned difference never wraps below zero; it changes its type as soon as it gets there.
-    const auto subtract = [](auto x, auto y) {
-        using Number = decltype(x);
-        if constexpr (isDouble<Number>) {
-            return QVariant(x - y);
-        } else {
-            if (std::is_signed_v<Number> || y < x)
-                return QVariant(vo::wrappingSubtract(x, y));
-            if constexpr (std::is_same_v<Number, uint>)
-                return QVariant(static_cast<qlonglong>(x) - static_cast<qlonglong>(y));
-            else
-                return QVariant(static_cast<double>(x) - static_cast<double>(y));
-        }
-    };
     QVariant result;
-    if (compute(a, b, subtract, &result))
+    if (computeNumbers(Arithmetic::Subtract, a, b, &result))
         return result;
     if (isDate(a.type()) && movesDates(b))
         return dateAdd(a, vo::wrappingSubtract(0LL, dateMicroSeconds(b)));
@@ -107,76 +189,42 @@ QVariant TypeTool::do_subtract(const QVariant &a, const QVariant &b)
 
 QVariant TypeTool::do_multiply(const QVariant &a, const QVariant &b)
 {
-    const auto multiply = [](auto x, auto y) {
-        if constexpr (isDouble<decltype(x)>)
-            return QVariant(x * y);
-        else
-            return QVariant(vo::wrappingMultiply(x, y));
-    };
     QVariant result;
-    return compute(a, b, multiply, &result) ? result : fail();
+    return computeNumbers(Arithmetic::Multiply, a, b, &result) ? result : fail();
 }
 
 QVariant TypeTool::do_divide(const QVariant &a, const QVariant &b)
 {
-    const auto divide = [this](auto x, auto y) {
-        if (y == 0)
-            return fail(); // no infinity for doubles either
-        if constexpr (isDouble<decltype(x)>)
-            return QVariant(x / y);
-        else
-            return QVariant(vo::wrappingDivide(x, y));
-    };
     QVariant result;
-    return compute(a, b, divide, &result) ? result : fail();
+    return computeNumbers(Arithmetic::Divide, a, b, &result) ? result : fail();
 }
 
 QVariant TypeTool::do_modulo(const QVariant &a, const QVariant &b)
 {
-    const auto modulo = [this](auto x, auto y) {
-        if constexpr (isDouble<decltype(x)>)
-            return fail();
-        else
-            return y == 0 ? fail() : QVariant(vo::wrappingModulo(x, y));
-    };
     QVariant result;
-    return compute(a, b, modulo, &result) ? result : fail();
+    return computeNumbers(Arithmetic::Modulo, a, b, &result) ? result : fail();
 }
 
-namespace {
-
-// An operation on bits as one on numbers: doubles have none, and that is no failure.
-template <typename Operation>
-auto onBits(Operation operation)
-{
-    return [operation](auto x, auto y) {
-        if constexpr (isDouble<decltype(x)>)
-            return QVariant();
-        else
-            return QVariant(static_cast<decltype(x)>(operation(x, y)));
-    };
-}
-
-} // namespace
+// Values that are no numbers have no bits: an invalid result, and no failure.
 
 QVariant TypeTool::do_bitand(const QVariant &a, const QVariant &b)
 {
     QVariant result;
-    compute(a, b, onBits([](auto x, auto y) { return x & y; }), &result);
+    computeNumbers(Arithmetic::BitAnd, a, b, &result);
     return result;
 }
 
 QVariant TypeTool::do_bitor(const QVariant &a, const QVariant &b)
 {
     QVariant result;
-    compute(a, b, onBits([](auto x, auto y) { return x | y; }), &result);
+    computeNumbers(Arithmetic::BitOr, a, b, &result);
     return result;
 }
 
 QVariant TypeTool::do_bitxor(const QVariant &a, const QVariant &b)
 {
     QVariant result;
-    compute(a, b, onBits([](auto x, auto y) { return x ^ y; }), &result);
+    computeNumbers(Arithmetic::BitXor, a, b, &result);
     return result;
 }
 

@@ -8,6 +8,7 @@
 #include <Vokit/UnaryOperator>
 
 #include <iterator>
+#include <utility>
 
 namespace vogen {
 
@@ -92,7 +93,7 @@ QVariant NumericOperator::evaluate(const PropertySet &properties, bool *isConsta
         TypeTool tool(constant, operandConstant);
         QVariant result;
         if (!right.isNull() && tool.computeInPlace(arithmetic(op), left, right, &result)) {
-            value = result;
+            value = std::move(result);
             done = tool.wasOK();
             constant = constant && operandConstant;
         } else {

@@ -1,0 +1,7 @@
+#include <Vokit/ILogUserSource>
+
+namespace vo {
+
+ILogUserSource::~ILogUserSource() = default;
+
+} // namespace vo

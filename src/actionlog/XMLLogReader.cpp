@@ -1,0 +1,86 @@
+#include <Vokit/XMLLogReader>
+
+#include "actionlog/EntryClock_p.h"
+
+#include <Vokit/LogEntryFactory>
+#include <Vokit/ParseXMLLogEntry>
+
+#include <QFile>
+
+namespace vo {
+
+XMLLogReader::XMLLogReader(QFile *file)
+    : QXmlStreamReader(file)
+    , mFile(file)
+{}
+
+XMLLogReader::~XMLLogReader() = default;
+
+LogEntry *XMLLogReader::readNextLogEntry()
+{
+    QString problem = QStringLiteral("Unknown Error");
+    int line = 0;
+    int column = 0;
+    while (!atEnd() && !failed()) {
+        switch (readNext()) {
+        case StartElement:
+            if (++mDepth == 1)
+                mEndOfLastElement = characterOffset();
+            if (name() == QLatin1String("Entry"))
+                return readAttributes();
+            break;
+        case EndElement:
+            if (--mDepth == 1)
+                mEndOfLastElement = characterOffset();
+            mRootClosed = mDepth == 0;
+            break;
+        case Invalid:
+            problem = errorString();
+            line = static_cast<int>(lineNumber());
+            column = static_cast<int>(columnNumber());
+            break;
+        default:
+            break;
+        }
+    }
+    if (!failed())
+        return nullptr;
+    auto *const entry = new ParseXMLLogEntry(
+        problem, mFile ? mFile->fileName() : QStringLiteral("Unknown"), line, column);
+    entry->setUser(QStringLiteral("Unknown"));
+    return entry;
+}
+
+bool XMLLogReader::atEnd() const
+{
+    return mRootClosed || QXmlStreamReader::atEnd();
+}
+
+LogEntry *XMLLogReader::readAttributes()
+{
+    const EntryClock::Withheld dates;
+    LogEntry *entry = nullptr;
+    const QXmlStreamAttributes attributes = this->attributes();
+    for (const QXmlStreamAttribute &attribute : attributes) {
+        if (attribute.name() == QLatin1String("ID")) {
+            delete entry;
+            entry = logEntryFactory()->create(FourChars(attribute.value()));
+        } else if (entry) {
+            LogValue *const value = entry->logValue(FourChars(attribute.name()));
+            if (!value)
+                break;
+            value->setValue(attribute.value().toString());
+        }
+    }
+    if (entry)
+        dates.supply(*entry);
+    return entry;
+}
+
+// A live log has no end tag: that its text ends is no failure.
+bool XMLLogReader::failed() const
+{
+    return error() != NoError && error() != PrematureEndOfDocumentError;
+}
+
+} // namespace vo

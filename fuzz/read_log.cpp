@@ -1,0 +1,137 @@
+#include "Fuzz.h"
+
+#include <Vokit/ActionLog>
+#include <Vokit/ExportLogEntries>
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QXmlStreamReader>
+
+using fuzz::require;
+using vo::ActionLog;
+using vo::LogEntry;
+
+namespace {
+
+QString text()
+{
+    return QStringLiteral("behind whatever stood there");
+}
+
+// A folder of its own for each run; where the memory is a disk, there.
+const QString &folder()
+{
+    static const QTemporaryDir dir((QDir(QStringLiteral("/dev/shm")).exists()
+                                        ? QStringLiteral("/dev/shm")
+                                        : QDir::tempPath()) +
+                                   QStringLiteral("/read_log-XXXXXX"));
+    static const QString path = dir.path();
+    return path;
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+}
+
+void clear()
+{
+    QDir dir(folder());
+    const QStringList names = dir.entryList(QDir::Files);
+    for (const QString &name : names)
+        dir.remove(name);
+}
+
+void fill(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    require(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size(), "no room");
+}
+
+// Without the torn entry that they may end in: as short as a crash leaves it.
+QByteArray withoutTornEntry(const QByteArray &bytes)
+{
+    const QByteArray tag("<Entry ");
+    const int end = bytes.lastIndexOf('>') + 1;
+    const int open = bytes.lastIndexOf('<');
+    const bool isTorn =
+        open >= end && (bytes.mid(open).startsWith(tag) || tag.startsWith(bytes.mid(open)));
+    return isTorn ? bytes.left(open) : bytes;
+}
+
+// Whether an entry can stand behind the bytes: they are a log as far as they go, and their root is
+// open. Asked of Qt alone.
+bool takesAnEntry(const QByteArray &bytes)
+{
+    QXmlStreamReader reader(withoutTornEntry(bytes) + "<Entry ID=\"ExpD\" Text=\"last\"/>");
+    int depth = 0;
+    bool isLast = false;
+    while (!reader.atEnd()) {
+        const auto token = reader.readNext();
+        if (token == QXmlStreamReader::StartElement) {
+            ++depth;
+            isLast = depth > 1 && reader.name() == QLatin1String("Entry") &&
+                     reader.attributes().value(QLatin1String("Text")) == QLatin1String("last");
+        } else if (token == QXmlStreamReader::EndElement) {
+            --depth;
+            if (reader.name() == QLatin1String("Entries"))
+                return false;
+        }
+    }
+    return isLast && reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
+}
+
+bool endsWithTheEntry(const ActionLog &log)
+{
+    if (log.entries().isEmpty())
+        return false;
+    auto *const last = dynamic_cast<ExportDoneLogEntry *>(log.entries().last());
+    return last && last->logValue(QStringLiteral("Text"))->toString() == text();
+}
+
+} // namespace
+
+// Any bytes as the log file that a process finds when it starts.
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
+{
+    fuzz::silenceQt();
+    const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const QString path = folder() + QStringLiteral("/Client.vol");
+    clear();
+    fill(path, bytes);
+
+    bool isBad = false;
+    {
+        ActionLog log(path);
+        QObject::connect(&log, &ActionLog::errorXml, &log, [&isBad] { isBad = true; });
+        QObject::connect(&log, &ActionLog::errorFile, &log,
+                         [] { require(false, "the file could not be used"); });
+        log.setSplitPolicy(ActionLog::SplitNone, 0);
+        log.setSuspended(false);
+        log.log(ExportDoneLogEntry(text()));
+        const QStringList aside = QDir(folder()).entryList({"*.vol.corrupt"});
+        require(isBad == (aside.size() == 1), "a bad file is moved aside, and no other one");
+        if (isBad) {
+            require(contents(folder() + QLatin1Char('/') + aside.first()) == bytes,
+                    "a bad file was not kept as it was");
+            require(!QFile::exists(path), "a bad file still stands");
+            log.log(ExportDoneLogEntry(text()));
+        }
+        require(endsWithTheEntry(log), "the entry is not in the list");
+    }
+
+    const QByteArray grown = contents(path);
+    require(isBad || grown.startsWith(withoutTornEntry(bytes)), "what stood there has changed");
+    ActionLog next(path);
+    bool isReadable = true;
+    try {
+        next.readLog();
+    } catch (const vo::ActionLogXmlException &) {
+        isReadable = false;
+    }
+    require(isReadable || !isBad, "the file that takes a bad one's place is bad");
+    if (isBad || bytes.isEmpty() || takesAnEntry(bytes))
+        require(isReadable && endsWithTheEntry(next), "the entry can't be read again");
+    return 0;
+}

@@ -43,32 +43,50 @@ RATIOS = [
     ("write/library", "write/cbor", 0.25),
     ("read/library", "read/data_stream", 1.1),
     ("read/library", "read/cbor", 0.43),
+    ("log/library/tz", "log/xml_writer_dates/tz", 0.85),
+    ("log/library/tz", "log/log4cxx_xml/tz", 1.3),
+    ("log/library/tz", "log/xml_writer_finished/tz", None),
+    ("log/library/tz", "log/spdlog/tz", None),
+    ("log/library/tz", "log/write/tz", None),
+    ("log/library_split/tz", "log/spdlog_split/tz", None),
+    ("log/library/notz", "log/xml_writer_dates/notz", 2.0),
+    ("log/library/notz", "log/log4cxx_xml/notz", None),
+    ("log/library_split/notz", "log/spdlog_split/notz", None),
+    ("readlog/library/tz", "readlog/xml_reader/tz", 1.75),
+    ("readlog/library/tz", "readlog/pugixml/tz", None),
+    ("readlog/library/notz", "readlog/xml_reader/notz", 3.3),
+    ("readlog/library/notz", "readlog/pugixml/notz", None),
 ]
+
+# the most bytes that an item may hold (None: shown for comparison)
+BYTES = {"readlog/library/tz": 1500, "readlog/library/notz": 1500}
 
 
 def read_medians(path):
-    """Nanoseconds of CPU time per row, look-up, statement or tree, by benchmark name."""
+    """The medians of a program's runs, by benchmark name."""
     # A filter that matches nothing in a program leaves an empty file.
     if os.path.getsize(path) == 0:
         return {}
     with open(path, encoding="utf-8") as file:
         runs = json.load(file)["benchmarks"]
-    return {run["run_name"]: run["per_item"] * 1e9
+    return {run["run_name"].split("/iterations:")[0]: run
             for run in runs if run.get("aggregate_name") == "median"}
 
 
-def verdict(ratio, goal):
+def verdict(value, goal):
     if goal is None:
         return ""
-    return f"at most {goal:.2f}   {'met' if ratio <= goal else 'MISSED'}"
+    return f"at most {goal:.2f}   {'met' if value <= goal else 'MISSED'}"
 
 
 def main(paths):
-    medians = {}
+    runs = {}
     for path in paths:
-        medians.update(read_medians(path))
+        runs.update(read_medians(path))
+    # nanoseconds of CPU time
+    medians = {name: run["per_item"] * 1e9 for name, run in runs.items()}
 
-    print("\nMedian of the CPU time per row, look-up, statement or tree")
+    print("\nMedian of the CPU time per row, look-up, statement, tree or entry")
     for name in sorted(medians):
         print(f"  {name:<34}{medians[name]:>10.1f} ns")
 
@@ -77,6 +95,11 @@ def main(paths):
         if ours in medians and peer in medians:
             ratio = medians[ours] / medians[peer]
             print(f"  {ours:<29}{peer:<34}{ratio:>7.2f}   {verdict(ratio, goal)}".rstrip())
+
+    for name, goal in BYTES.items():
+        if name in runs:
+            held = runs[name]["bytes_per_entry"]
+            print(f"\nMemory per entry held: {name} {held:.0f} bytes   {verdict(held, goal)}")
 
 
 if __name__ == "__main__":

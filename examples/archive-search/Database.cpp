@@ -1,9 +1,9 @@
 #include "Database.h"
 
 #include "Failure.h"
+#include "FileName.h"
 #include "Recording.h"
 
-#include <QDir>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QStringList>
@@ -13,13 +13,10 @@ using vogen::ExpressionHandle;
 
 namespace {
 
-// Absolute, since SQLite reads ":memory:" and "file:x" differently. QFileInfo would leave both as
-// they are: to Qt, what begins with a colon is a resource.
+// Absolute, since SQLite reads ":memory:" and "file:x" differently.
 QString sqliteName(const QString &file)
 {
-    if (file.isEmpty())
-        return QStringLiteral(":memory:");
-    return file.startsWith(QLatin1Char('/')) ? file : QDir::currentPath() + QLatin1Char('/') + file;
+    return file.isEmpty() ? QStringLiteral(":memory:") : absoluteName(file);
 }
 
 constexpr Expression::PrintStyle gBindable = Expression::PrintSql | Expression::PrintPlaceholders;

@@ -1,13 +1,12 @@
 #include "FilterFile.h"
 
 #include "Failure.h"
+#include "WholeFile.h"
 
 #include <Vokit/FunctionExpression>
 
 #include <QDataStream>
 #include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 #include <QStringList>
 
 using vogen::Expression;
@@ -20,15 +19,14 @@ namespace {
 constexpr int gSizeLimit = 256 * 1024;
 constexpr QDataStream::Version gVersion = QDataStream::Qt_5_15;
 
-[[noreturn]] void refuse(const char *action, const QString &file, const QString &reason)
+[[noreturn]] void refuseToSave(const QString &file, const QString &reason)
 {
-    throw Failure(
-        QStringLiteral("cannot %1 filter '%2': %3").arg(QLatin1String(action), file, reason));
+    throw Failure(QStringLiteral("cannot save filter '%1': %2").arg(file, reason));
 }
 
 [[noreturn]] void refuseToLoad(const QString &file, const QString &reason)
 {
-    refuse("load", file, reason);
+    throw Failure(QStringLiteral("cannot load filter '%1': %2").arg(file, reason));
 }
 
 // Qt tells on stderr of values that it can't read. The failure says so in its own words.
@@ -90,16 +88,13 @@ QStringList unregisteredFunctions(const ExpressionHandle &filter)
 void saveFilter(const ExpressionHandle &filter, const QString &name)
 {
     if (filter->isEmpty())
-        refuse("save", name, QStringLiteral("there is no condition"));
+        refuseToSave(name, QStringLiteral("there is no condition"));
     const QByteArray bytes = bytesOf(filter);
     if (bytes.size() > gSizeLimit)
-        refuse("save", name, QStringLiteral("it takes more than %1 bytes").arg(gSizeLimit));
-    // It would take the place of whatever has the name, of a device too.
-    if (QFileInfo::exists(name) && !QFileInfo(name).isFile())
-        refuse("save", name, QStringLiteral("it is not a regular file"));
-    QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        refuse("save", name, file.errorString());
+        refuseToSave(name, QStringLiteral("it takes more than %1 bytes").arg(gSizeLimit));
+    WholeFile file("save filter", name);
+    file.write(bytes);
+    file.commit();
 }
 
 ExpressionHandle loadFilter(const QString &name)

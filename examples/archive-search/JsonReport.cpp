@@ -1,5 +1,6 @@
 #include "JsonReport.h"
 
+#include "AuditTrail.h"
 #include "Query.h"
 #include "Search.h"
 
@@ -165,9 +166,27 @@ QJsonObject codeObjects(const Query &query)
     return object;
 }
 
+QJsonObject auditObject(const AuditReport &audit)
+{
+    QJsonObject object{{QStringLiteral("file"), audit.file},
+                       {QStringLiteral("user"), audit.user},
+                       {QStringLiteral("suspended"), audit.suspended}};
+    if (audit.entries)
+        object.insert(QStringLiteral("entries"), QJsonArray::fromStringList(*audit.entries));
+    return object;
+}
+
+QJsonObject exportObject(const MatchList &matches)
+{
+    return {{QStringLiteral("file"), matches.file},
+            {QStringLiteral("rows"), static_cast<qlonglong>(matches.ids.size())},
+            {QStringLiteral("oldest"), static_cast<qlonglong>(matches.oldest)},
+            {QStringLiteral("newest"), static_cast<qlonglong>(matches.newest)}};
+}
+
 } // namespace
 
-QByteArray jsonReport(const Query &query, const SearchResult &result)
+QByteArray jsonReport(const Query &query, const SearchResult &result, const AuditReport &audit)
 {
     QJsonObject sqlite = sideObject(result.sqlite);
     sqlite.insert(QStringLiteral("loadMilliseconds"), milliseconds(result.loadNanoseconds));
@@ -183,6 +202,7 @@ QByteArray jsonReport(const Query &query, const SearchResult &result)
         {QStringLiteral("disagreementCount"), result.disagreementCount},
         {QStringLiteral("disagreements"), disagreements(result.disagreements)},
         {QStringLiteral("notes"), QJsonArray::fromStringList(query.notes())},
+        {QStringLiteral("log"), auditObject(audit)},
     };
     if (result.order)
         report.insert(QStringLiteral("order"), orderObject(*query.sortKey, *result.order));
@@ -190,5 +210,12 @@ QByteArray jsonReport(const Query &query, const SearchResult &result)
         report.insert(QStringLiteral("groups"), groupsObject(result.groups));
     if (query.withCode)
         report.insert(QStringLiteral("code"), codeObjects(query));
+    if (result.exported)
+        report.insert(QStringLiteral("export"), exportObject(*result.exported));
     return QJsonDocument(report).toJson();
+}
+
+QByteArray jsonReport(const AuditReport &audit)
+{
+    return QJsonDocument(QJsonObject{{QStringLiteral("log"), auditObject(audit)}}).toJson();
 }

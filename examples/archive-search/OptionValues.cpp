@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 
+#include <QMap>
 #include <QRegExp>
 #include <QRegularExpression>
 
@@ -73,6 +74,33 @@ QString parseRegexp(const QString &text)
     const QString error = !inMemory.isValid() ? inMemory.errorString() : inSqlite.errorString();
     if (!inMemory.isValid() || !inSqlite.isValid())
         throw Failure(QStringLiteral("'%1' is not a regular expression: %2").arg(text, error));
+    return text;
+}
+
+SplitChoice parseSplit(const QString &text)
+{
+    using vo::ActionLog;
+    static const QMap<QString, ActionLog::ESplitPolicy> policies{
+        {QStringLiteral("none"), ActionLog::SplitNone},
+        {QStringLiteral("daily"), ActionLog::SplitDaily},
+        {QStringLiteral("weekly"), ActionLog::SplitWeekly},
+        {QStringLiteral("monthly"), ActionLog::SplitMonthly}};
+    const auto named = policies.constFind(text);
+    if (named != policies.constEnd())
+        return {*named, {}};
+    constexpr const char *right = "a way to split: use none, daily, weekly, monthly or a size";
+    if (text.isEmpty() || !text.at(0).isDigit())
+        refuse(text, right);
+    const qlonglong size = parseSize(text);
+    if (size < 1 || size > std::numeric_limits<int>::max())
+        refuse(text, "a size to split at: use one from 1 to 2147483647 bytes");
+    return {ActionLog::SplitBySize, static_cast<int>(size)};
+}
+
+QString parseUser(const QString &text)
+{
+    if (text.isEmpty())
+        refuse(text, "the name of a user");
     return text;
 }
 

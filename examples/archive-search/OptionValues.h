@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Options.h"
+
 #include <QDateTime>
 #include <QString>
 
@@ -22,6 +24,12 @@ double parseDays(const QString &text);
 /// A regular expression, if both sides understand it: QRegExp in memory, QRegularExpression where
 /// SQLite asks for it.
 QString parseRegexp(const QString &text);
+
+/// "none", "daily", "weekly", "monthly", or a size from 1 byte to 2G.
+SplitChoice parseSplit(const QString &text);
+
+/// The name of a user, not empty.
+QString parseUser(const QString &text);
 
 /// A whole number, 0 or more.
 int parseCount(const QString &text);

@@ -1,11 +1,14 @@
 #include "Options.h"
 
 #include "Failure.h"
+#include "FileName.h"
 #include "OptionValues.h"
 #include "Recording.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+
+#include <algorithm>
 
 namespace {
 
@@ -21,7 +24,13 @@ Exit codes:
   1  done, but memory and SQLite disagree on some rows or on their order, or their groups differ
      by more than max and min changing places; also where a rule explains it
   2  wrong use, or a folder, a database, a filter or an output that can't be used
-  3  done, but some entries could not be read)";
+  3  done, but some entries could not be read
+
+Each search is logged, and each export: who, when, what. The log is
+  $XDG_STATE_HOME/Vokit/archive-search/archive-search.vol, or below ~/.local/state,
+and --log and --split are kept in
+  $XDG_CONFIG_HOME/Vokit/archive-search.ini, or below ~/.config.
+A log that can't be used gives a warning, and changes no exit code of a search.)";
 
 void addOptions(QCommandLineParser &parser)
 {
@@ -67,9 +76,26 @@ void addOptions(QCommandLineParser &parser)
          "Keep the rows in table \"recordings\" of this SQLite file, in place of "
          "the table's old rows.",
          "FILE"},
+        {"export-to",
+         "Write all matches into this file as CSV, in the order in which they are listed; it is "
+         "replaced as a whole, or not at all.",
+         "FILE"},
         {"limit", "List so many matches, the first ones; 10 if not given.", "N"},
         {"json", "Print one JSON object."},
         {"quiet", "No progress bar."},
+        {"user", "Who searches, for the log; if not given, the user whom the program runs as.",
+         "NAME"},
+        {"second-user", "Who has signed in as well; stands in brackets in the log.", "NAME"},
+        {"log",
+         "From now on log in this file, which becomes a log if it isn't there; one that is no log "
+         "may be set aside.",
+         "FILE"},
+        {"split",
+         "From now on begin a new log when a day, a week or a month is over, or when the file is "
+         "larger than SIZE; the old one stays beside it. At first: 1M.",
+         "none|daily|weekly|monthly|SIZE"},
+        {"no-log", "Log nothing this time."},
+        {"show-log", "Print the log. FOLDER may be left out; then nothing is searched."},
         {{"h", "help"}, "Print this help."},
         {{"v", "version"}, "Print the version."},
     });
@@ -126,9 +152,38 @@ QString fileOf(const QCommandLineParser &parser, const QString &option, const ch
     return file;
 }
 
+QString absoluteFileOf(const QCommandLineParser &parser, const QString &option, const char *use)
+{
+    const QString file = fileOf(parser, option, use);
+    return file.isEmpty() ? file : absoluteName(file);
+}
+
 QString asGiven(const QString &text)
 {
     return text;
+}
+
+AuditOptions auditOptions(const QCommandLineParser &parser)
+{
+    AuditOptions options;
+    options.user = valueOf(parser, "user", &parseUser);
+    options.secondUser = valueOf(parser, "second-user", &parseUser);
+    options.split = valueOf(parser, "split", &parseSplit);
+    options.file = absoluteFileOf(parser, "log", "log in");
+    options.noLog = parser.isSet("no-log");
+    options.show = parser.isSet("show-log");
+    return options;
+}
+
+// Whatever belongs to a search needs a folder, and would do nothing without one.
+bool isOnlyAboutTheLog(const QCommandLineParser &parser)
+{
+    static const QStringList about{"show-log", "log",         "no-log", "split",
+                                   "user",     "second-user", "json",   "quiet"};
+    const QStringList given = parser.optionNames();
+    return parser.isSet("show-log") && parser.positionalArguments().isEmpty() &&
+           std::all_of(given.begin(), given.end(),
+                       [](const QString &option) { return about.contains(option); });
 }
 
 QByteArray folderArgument(const QCommandLineParser &parser, int argc, const char *const *argv)
@@ -156,7 +211,9 @@ Options parseOptions(int argc, const char *const *argv)
     options.answer = answerTo(parser);
     if (!options.answer.isEmpty())
         return options;
-    options.folder = folderArgument(parser, argc, argv);
+    options.search = !isOnlyAboutTheLog(parser);
+    if (options.search)
+        options.folder = folderArgument(parser, argc, argv);
     options.names = parser.values("name");
     options.nameLike = valueOf(parser, "name-like", &asGiven);
     options.nameRegexp = valueOf(parser, "name-regexp", &parseRegexp);
@@ -174,8 +231,10 @@ Options parseOptions(int argc, const char *const *argv)
     options.groupByExtension = parser.isSet("group-by-extension");
     options.showCode = parser.isSet("show-code");
     options.database = fileOf(parser, "database", "use database");
+    options.exportTo = absoluteFileOf(parser, "export-to", "export to");
     options.limit = valueOf(parser, "limit", &parseCount).value_or(options.limit);
     options.json = parser.isSet("json");
     options.quiet = parser.isSet("quiet");
+    options.audit = auditOptions(parser);
     return options;
 }

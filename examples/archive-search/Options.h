@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Vokit/ActionLog>
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
@@ -7,10 +9,29 @@
 
 #include <optional>
 
+/// When the log is to be split, and at which size if by size.
+struct SplitChoice
+{
+    vo::ActionLog::ESplitPolicy policy;
+    std::optional<int> size; ///< bytes
+};
+
+/// What the command line says of the audit log.
+struct AuditOptions
+{
+    std::optional<QString> user;
+    std::optional<QString> secondUser;
+    std::optional<SplitChoice> split;
+    QString file; ///< where the log moves to
+    bool noLog = false;
+    bool show = false;
+};
+
 /// What the command line asks for. An empty list or optional stands for an option not given.
 struct Options
 {
-    QByteArray folder; ///< the bytes as typed: a folder's name need not be text
+    bool search = true; ///< false if the log alone is asked for
+    QByteArray folder;  ///< the bytes as typed: a folder's name need not be text
 
     QStringList names;
     std::optional<QString> nameLike; ///< patterns
@@ -30,9 +51,11 @@ struct Options
     bool groupByExtension = false;
     bool showCode = false;
     QString database; ///< empty: in memory
+    QString exportTo; ///< the file that takes the matches
     int limit = 10;   ///< how many matches are listed
     bool json = false;
     bool quiet = false;
+    AuditOptions audit;
 
     QString answer; ///< the help or the version, to be printed in place of a search
 };

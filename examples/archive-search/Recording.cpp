@@ -1,13 +1,12 @@
 #include "Recording.h"
 
+#include "AccountName.h"
 #include "FolderWalk.h"
 
 #include <Vokit/TypeTool>
 #include <Vokit/TypedProperties>
 
 #include <boost/make_shared.hpp>
-
-#include <pwd.h>
 
 using vogen::BaseProperty;
 using vogen::BoolProperty;
@@ -143,11 +142,8 @@ QString RecordingMaker::decode(const QByteArray &path)
 QString RecordingMaker::ownerName(uint user)
 {
     auto known = m_owners.constFind(user);
-    if (known == m_owners.constEnd()) {
-        const passwd *entry = ::getpwuid(user);
-        known = m_owners.insert(user,
-                                entry ? QString::fromUtf8(entry->pw_name) : QString::number(user));
-    }
+    if (known == m_owners.constEnd())
+        known = m_owners.insert(user, accountName(user));
     return *known;
 }
 

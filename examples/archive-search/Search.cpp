@@ -1,6 +1,7 @@
 #include "Search.h"
 
 #include "Database.h"
+#include "FileName.h"
 #include "Options.h"
 #include "Progress.h"
 #include "Query.h"
@@ -58,6 +59,11 @@ Searcher::Searcher(const Options &options, const Query &query, Database &databas
 {
     if (query.sortKey)
         m_ordering.emplace(*query.sortKey);
+    if (!options.exportTo.isEmpty()) {
+        result.exported.emplace();
+        result.exported->folder = absoluteName(QString::fromUtf8(options.folder));
+        result.exported->file = options.exportTo;
+    }
 }
 
 void Searcher::readRows(FolderWalk &walk)
@@ -109,6 +115,8 @@ void Searcher::takeMatch(qlonglong id, const PropertySet &recording)
     ++result.memory.matches;
     if (m_query.grouped)
         result.groups.add(recording);
+    if (result.exported)
+        result.exported->add(id, recording);
     if (m_ordering)
         m_ordering->add(id, recording);
     else if (result.firstMatches.size() < static_cast<size_t>(m_options.limit))
@@ -170,6 +178,8 @@ void Searcher::sort()
     timer.start();
     std::vector<qlonglong> sorted = m_ordering->takeSorted();
     result.order->memoryNanoseconds = timer.nsecsElapsed();
+    if (result.exported)
+        result.exported->ids = sorted;
 
     const size_t listed = std::min(sorted.size(), static_cast<size_t>(m_options.limit));
     for (size_t i = 0; i < listed; ++i)

@@ -3,6 +3,7 @@
 #include "Disagreement.h"
 #include "FolderWalk.h"
 #include "Groups.h"
+#include "MatchList.h"
 #include "Ordering.h"
 
 #include <Vokit/PropertySet>
@@ -41,8 +42,9 @@ struct SearchResult
     qlonglong disagreementCount = 0;
     std::vector<Disagreement> disagreements; ///< the first ones
 
-    std::optional<OrderResult> order; ///< if the query has a sort key
-    Groups groups;                    ///< empty if the query asks for none
+    std::optional<OrderResult> order;  ///< if the query has a sort key
+    Groups groups;                     ///< empty if the query asks for none
+    std::optional<MatchList> exported; ///< if the options ask for it
 
     /// Whether memory and SQLite have the same rows, in the same order, in the same groups.
     bool sidesAgree() const;

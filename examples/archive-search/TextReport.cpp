@@ -1,5 +1,6 @@
 #include "TextReport.h"
 
+#include "AuditTrail.h"
 #include "PrintableText.h"
 #include "Query.h"
 #include "Search.h"
@@ -277,6 +278,13 @@ void writeCode(QTextStream &stream, const Query &query)
         write("columns", groupSelection(), Expression::PrintReadable);
 }
 
+void writeExport(QTextStream &stream, const MatchList &matches)
+{
+    stream << "\n"
+           << number(static_cast<qlonglong>(matches.ids.size())) << " matches are in '"
+           << printable(matches.file) << "'.\n";
+}
+
 } // namespace
 
 QString queryText(const Query &query)
@@ -302,5 +310,20 @@ QString resultText(const Query &query, const SearchResult &result)
         writeOrder(stream, result.order->comparison);
     if (query.grouped)
         writeGroupAgreement(stream, result.groups);
+    if (result.exported)
+        writeExport(stream, *result.exported);
     return text;
+}
+
+QString logText(const AuditReport &audit)
+{
+    QString text;
+    for (const QString &line : audit.entries.value_or(QStringList()))
+        text += printable(line) + QLatin1Char('\n');
+    return text;
+}
+
+QString logSection(const AuditReport &audit)
+{
+    return audit.entries ? "\nLog " + printable(audit.file) + '\n' + logText(audit) : QString();
 }

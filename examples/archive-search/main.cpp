@@ -1,5 +1,8 @@
+#include "AuditTrail.h"
+#include "CsvExport.h"
 #include "Database.h"
 #include "Failure.h"
+#include "FileName.h"
 #include "FilterFile.h"
 #include "FolderWalk.h"
 #include "JsonReport.h"
@@ -7,7 +10,10 @@
 #include "PrintableText.h"
 #include "Query.h"
 #include "Search.h"
+#include "SearchLogEntry.h"
 #include "TextReport.h"
+
+#include <Vokit/Expression>
 
 #include <QCoreApplication>
 #include <QSet>
@@ -54,13 +60,19 @@ void warn(const QString &message)
     std::fprintf(stderr, "%s\n", line.constData());
 }
 
-// Qt repeats some warnings for each row, as for a regular expression that it can't read.
-void warnOnce(QtMsgType /*type*/, const QMessageLogContext & /*context*/, const QString &message)
+void warnOnce(const QString &message)
 {
     static QSet<QString> told;
     if (!told.contains(message))
         warn(message);
     told.insert(message);
+}
+
+// Qt repeats some warnings for each row, as for a regular expression that it can't read.
+void handleMessage(QtMsgType /*type*/, const QMessageLogContext & /*context*/,
+                   const QString &message)
+{
+    warnOnce(message);
 }
 
 void warnOfSkipped(const SkippedEntries &skipped)
@@ -78,19 +90,52 @@ ExitCode exitCode(const SearchResult &result)
     return result.skipped.count > 0 ? Incomplete : Done;
 }
 
+SearchResult loggedSearch(const Options &options, const Query &query, FolderWalk &walk,
+                          Database &database, AuditTrail &trail)
+{
+    using State = SearchLogEntry::State;
+    const QString folder = printable(absoluteName(QString::fromUtf8(options.folder)));
+    const QString filter =
+        printable(query.filter.expression()->toString(vogen::Expression::PrintReadable));
+    trail.log(SearchLogEntry(State::Started, folder, filter));
+    try {
+        SearchResult result = search(options, query, walk, database);
+        const qlonglong matches = result.memory.matches;
+        trail.log(SearchLogEntry(State::Finished, folder, filter, result.rows, matches));
+        return result;
+    } catch (const Failure &) {
+        trail.log(SearchLogEntry(State::Failed, folder, filter));
+        throw;
+    }
+}
+
+ExitCode showLog(const Options &options)
+{
+    const AuditReport audit = AuditTrail(options.audit, &warnOnce).fullReport();
+    writeOutput(options.json ? jsonReport(audit) : logText(audit).toUtf8());
+    return audit.complete ? Done : Incomplete;
+}
+
 ExitCode run(const Options &options)
 {
+    if (!options.search)
+        return showLog(options);
     const Query query(options);
     FolderWalk walk(options.folder, FolderWalk::Detail::Status);
     Database database(options.database); // behind the walk: a wrong folder must not cost the table
+    AuditTrail trail(options.audit, &warnOnce);
     if (!options.saveFilter.isEmpty())
         saveFilter(query.filter.expression(), options.saveFilter);
     if (!options.json)
         writeOutput(queryText(query).toUtf8());
 
-    const SearchResult result = search(options, query, walk, database);
+    const SearchResult result = loggedSearch(options, query, walk, database, trail);
     warnOfSkipped(result.skipped);
-    writeOutput(options.json ? jsonReport(query, result) : resultText(query, result).toUtf8());
+    if (result.exported)
+        exportMatches(*result.exported, database);
+    const AuditReport audit = options.audit.show ? trail.fullReport() : trail.report();
+    writeOutput(options.json ? jsonReport(query, result, audit)
+                             : (resultText(query, result) + logSection(audit)).toUtf8());
     return exitCode(result);
 }
 
@@ -101,8 +146,9 @@ int main(int argc, char *argv[])
     occupyStandardStreams();
     // Names are UTF-8 here whatever the locale says, in arguments as on the disk.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-    qInstallMessageHandler(&warnOnce);
+    qInstallMessageHandler(&handleMessage);
     QCoreApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("Vokit"));
     QCoreApplication::setApplicationName(QStringLiteral("archive-search"));
     QCoreApplication::setApplicationVersion(QStringLiteral("0.1.0"));
     try {

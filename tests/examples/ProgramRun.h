@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -54,9 +55,24 @@ protected:
     }
 };
 
-inline ProgramRun resultOf(QProcess &process, const QString &program, const QStringList &arguments)
+/// A home for the log and the settings of all runs that ask for none of their own. No run comes
+/// near the real one.
+inline QString scratchHome()
+{
+    static const QTemporaryDir folder;
+    if (!folder.isValid())
+        qFatal("no temporary folder: %s", qPrintable(folder.errorString()));
+    return folder.path();
+}
+
+inline ProgramRun resultOf(QProcess &process, const QString &program, const QStringList &arguments,
+                           const QString &home = scratchHome())
 {
     ProgramRun run;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_STATE_HOME"), home + QStringLiteral("/state"));
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/config"));
+    process.setProcessEnvironment(environment);
     process.start(program, arguments);
     if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
         return run;
@@ -67,10 +83,10 @@ inline ProgramRun resultOf(QProcess &process, const QString &program, const QStr
     return run;
 }
 
-inline ProgramRun runProgram(const QStringList &arguments)
+inline ProgramRun runProgram(const QStringList &arguments, const QString &home = scratchHome())
 {
     BoundProcess process;
-    return resultOf(process, QStringLiteral(ARCHIVE_SEARCH), arguments);
+    return resultOf(process, QStringLiteral(ARCHIVE_SEARCH), arguments, home);
 }
 
 /// The script finds the program in $0, and the arguments in $1 and so on.

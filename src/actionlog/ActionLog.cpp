@@ -1,5 +1,7 @@
 #include <Vokit/ActionLog>
 
+#include "actionlog/LocalClock_p.h"
+
 #include <Vokit/XMLLogWriter>
 
 #include <QCoreApplication>
@@ -68,7 +70,7 @@ void ActionLog::log(const LogEntry &entry)
 
 void ActionLog::writeEntry(const LogEntry &entry)
 {
-    const QDateTime now = QDateTime::currentDateTime();
+    const QDateTime now = LocalClock::now();
     entry.setTime(now);
     entry.setUser(userName());
     mCurrentEntryTime = now;

@@ -1,6 +1,7 @@
 #include "actionlog/EntryClock_p.h"
 
 #include "IsExactly_p.h"
+#include "actionlog/LocalClock_p.h"
 
 #include <Vokit/LogEntry>
 
@@ -70,14 +71,14 @@ void EntryClock::Withheld::supply(LogEntry &entry) const
         if (!isMark(date->value()))
             continue;
         if (now.isNull())
-            now = QDateTime::currentDateTime();
+            now = LocalClock::now();
         date->setValue(now);
     }
 }
 
 QDateTime EntryClock::now()
 {
-    return gMarking ? mark() : QDateTime::currentDateTime();
+    return gMarking ? mark() : LocalClock::now();
 }
 
 } // namespace vo

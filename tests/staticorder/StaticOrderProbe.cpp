@@ -52,6 +52,7 @@ int main()
     check(TypeTool::MIDNIGHT == QTime(0, 0), "midnight");
     check(!TypeTool::INVALID.isValid(), "NULL");
 
+    check(QFile::exists(":/Translations/Vokit_de.qm"), "the catalogues");
     check(FunctionExpression::functionMap().size() == 21, "the built-in functions");
     check(FunctionExpression::isRegistered("regexp"), "to the last");
     check(lower(ConstExpression(QVariant("A"), false)).toString() == "lower('A')", "print");

@@ -4,11 +4,19 @@
 
 #include <QDataStream>
 #include <QTemporaryDir>
+#include <QTranslator>
 
 #include <cstdio>
 #include <string>
 
 using namespace vogen;
+
+// As of a client's own Translations.qrc: it must not stand in for the library's.
+int qInitResources_Translations();
+int qInitResources_Translations()
+{
+    return 1;
+}
 
 namespace {
 
@@ -163,6 +171,9 @@ int main()
     rights.addFeatureToGroup(new Playback, 0);
     check(rights.isFeatureAllowed(17, 0), "rights");
     check(vo::Log::instance().logLevel() == vo::Log::LevelWarning, "platform");
+    QTranslator german;
+    check(german.load(":/Translations/Vokit_de.qm"), "the catalogues travel with the library");
+    check(german.translate("ActionLog", "Upload Assistant") == "Update-Assistent", "translated");
     check(qvariant_cast<PropertySet>(QVariant::fromValue(set)) == set, "meta type");
     if (gFailures == 0)
         std::puts("all is well");

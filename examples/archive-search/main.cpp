@@ -1,4 +1,5 @@
 #include "AuditTrail.h"
+#include "Console.h"
 #include "CsvExport.h"
 #include "Database.h"
 #include "Failure.h"
@@ -17,48 +18,10 @@
 
 #include <QCoreApplication>
 #include <QSet>
-#include <QTextCodec>
-
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <system_error>
 
 namespace {
 
 enum ExitCode { Done = 0, Disagreeing = 1, Unusable = 2, Incomplete = 3 };
-
-// A standard stream that came in closed would give its number to the next thing that is opened,
-// and a report would be written into that.
-void occupyStandardStreams()
-{
-    int descriptor = STDIN_FILENO;
-    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
-        descriptor = ::open("/dev/null", O_RDWR);
-    if (descriptor > STDERR_FILENO)
-        ::close(descriptor);
-}
-
-void writeOutput(const QByteArray &text)
-{
-    const auto size = static_cast<size_t>(text.size());
-    if (std::fwrite(text.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0)
-        return;
-    // A reader that has gone away wants no more, and no complaint either.
-    if (errno != EPIPE) {
-        const std::string reason = std::generic_category().message(errno);
-        throw Failure(
-            QStringLiteral("cannot write the output: %1").arg(QString::fromStdString(reason)));
-    }
-}
-
-void warn(const QString &message)
-{
-    const QByteArray line = printable(QStringLiteral("archive-search: ") + message).toUtf8();
-    std::fprintf(stderr, "%s\n", line.constData());
-}
 
 void warnOnce(const QString &message)
 {
@@ -143,13 +106,11 @@ ExitCode run(const Options &options)
 
 int main(int argc, char *argv[])
 {
-    occupyStandardStreams();
-    // Names are UTF-8 here whatever the locale says, in arguments as on the disk.
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    prepareConsole();
+    QCoreApplication::setApplicationName(QStringLiteral("archive-search")); // begins each warning
     qInstallMessageHandler(&handleMessage);
     QCoreApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Vokit"));
-    QCoreApplication::setApplicationName(QStringLiteral("archive-search"));
     QCoreApplication::setApplicationVersion(QStringLiteral("0.1.0"));
     try {
         const Options options = parseOptions(argc, argv);

@@ -18,7 +18,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// What archive-search did: all that a caller sees of it.
+/// What the program under test did: all that a caller sees of it. The build names it in PROGRAM.
 struct ProgramRun
 {
     int exitCode = -1; ///< -1 for a crash
@@ -66,7 +66,7 @@ inline QString scratchHome()
 }
 
 inline ProgramRun resultOf(QProcess &process, const QString &program, const QStringList &arguments,
-                           const QString &home = scratchHome())
+                           const QByteArray &input = {}, const QString &home = scratchHome())
 {
     ProgramRun run;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -74,6 +74,8 @@ inline ProgramRun resultOf(QProcess &process, const QString &program, const QStr
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/config"));
     process.setProcessEnvironment(environment);
     process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
     if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
         return run;
     run.exitCode = process.exitCode();
@@ -83,18 +85,30 @@ inline ProgramRun resultOf(QProcess &process, const QString &program, const QStr
     return run;
 }
 
-inline ProgramRun runProgram(const QStringList &arguments, const QString &home = scratchHome())
+inline ProgramRun runProgram(const QStringList &arguments, const QByteArray &input = {},
+                             const QString &home = scratchHome())
 {
     BoundProcess process;
-    return resultOf(process, QStringLiteral(ARCHIVE_SEARCH), arguments, home);
+    return resultOf(process, QStringLiteral(PROGRAM), arguments, input, home);
 }
 
 /// The script finds the program in $0, and the arguments in $1 and so on.
-inline ProgramRun runScript(const char *script, const QStringList &arguments)
+inline ProgramRun runScript(const char *script, const QStringList &arguments,
+                            const QString &home = scratchHome())
 {
     BoundProcess process;
     return resultOf(process, QStringLiteral("/bin/sh"),
-                    QStringList{"-c", script, ARCHIVE_SEARCH} + arguments);
+                    QStringList{"-c", script, PROGRAM} + arguments, {}, home);
+}
+
+/// The master side of a new terminal, and the name of the side that a program uses; -1 for none.
+inline int openTerminal(QString &name)
+{
+    const int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (master < 0 || ::grantpt(master) != 0 || ::unlockpt(master) != 0)
+        return -1;
+    name = QString::fromLatin1(::ptsname(master));
+    return master;
 }
 
 inline qint64 utc(const char *date)

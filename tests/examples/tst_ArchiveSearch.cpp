@@ -6,20 +6,6 @@
 
 #include <array>
 
-namespace {
-
-// The master side of a new terminal, and the name of the side that a program writes to.
-int openTerminal(QString &name)
-{
-    const int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    if (master < 0 || ::grantpt(master) != 0 || ::unlockpt(master) != 0)
-        return -1;
-    name = QString::fromLatin1(::ptsname(master));
-    return master;
-}
-
-} // namespace
-
 class tst_ArchiveSearch : public QObject
 {
     Q_OBJECT
@@ -449,7 +435,7 @@ void tst_ArchiveSearch::progress()
     QVERIFY(master >= 0);
     BoundProcess process;
     process.setStandardErrorFile(terminal, QIODevice::Append);
-    const ProgramRun run = resultOf(process, ARCHIVE_SEARCH, options + QStringList{m_tree.path()});
+    const ProgramRun run = resultOf(process, PROGRAM, options + QStringList{m_tree.path()});
     QCOMPARE(run.exitCode, 0);
 
     std::array<char, 4096> buffer;

@@ -51,7 +51,7 @@ private slots:
 private:
     ProgramRun run(const QStringList &options) const
     {
-        return runProgram(options + QStringList{m_tree.path()}, m_scratch->path());
+        return runProgram(options + QStringList{m_tree.path()}, {}, m_scratch->path());
     }
     QStringList entries() const;
     QString path(const QString &name) const { return m_scratch->path(name); }
@@ -81,7 +81,7 @@ void tst_ArchiveSearchExport::cleanup()
 /// What the log says behind the two lines of the search, without time and user.
 QStringList tst_ArchiveSearchExport::entries() const
 {
-    const QByteArray output = runProgram({"--show-log"}, m_scratch->path()).output;
+    const QByteArray output = runProgram({"--show-log"}, {}, m_scratch->path()).output;
     QStringList lines = QString::fromUtf8(output).split('\n', Qt::SkipEmptyParts).mid(2);
     for (QString &line : lines)
         line = line.section('|', 2);
@@ -144,7 +144,7 @@ void tst_ArchiveSearchExport::quoted()
     const Tree tree;
     tree.addFile(name);
     const ProgramRun result =
-        runProgram({"--export-to", path("x.csv"), tree.path()}, m_scratch->path());
+        runProgram({"--export-to", path("x.csv"), tree.path()}, {}, m_scratch->path());
     QCOMPARE(result.exitCode, 0);
     const QByteArray csv = contentOf(path("x.csv"));
     QVERIFY2(csv.startsWith(gHeader + field + ',' + field + ",,0,1970-01-01T00:00:00.000Z,"), csv);
@@ -228,7 +228,7 @@ void tst_ArchiveSearchExport::interrupted()
     m_scratch->addFile("folder/x.csv", 7);
     InterruptedProcess process;
     const ProgramRun result =
-        resultOf(process, ARCHIVE_SEARCH, {"--export-to", path("folder/x.csv"), m_tree.path()},
+        resultOf(process, PROGRAM, {"--export-to", path("folder/x.csv"), m_tree.path()}, {},
                  m_scratch->path());
     const QString reason = "the export to '" + path("folder/x.csv") + "' was interrupted";
     QCOMPARE(QString::fromUtf8(result.errors), "archive-search: " + reason + '\n');

@@ -93,7 +93,7 @@ private slots:
     void showDamagedLog();
 
 private:
-    ProgramRun run(const QStringList &arguments) const { return runProgram(arguments, path()); }
+    ProgramRun run(const QStringList &arguments) const { return runProgram(arguments, {}, path()); }
     ProgramRun search(const QStringList &options) const;
     QStringList entries() const;
     QString path(const QString &name = QString()) const { return m_home->path(name); }
@@ -192,11 +192,9 @@ void tst_ArchiveSearchLog::grows()
 
 void tst_ArchiveSearchLog::manyAtOnce()
 {
-    BoundProcess process;
     const char script[] =
         "for i in 1 2 3 4 5 6 7 8; do \"$0\" --json \"$1\" >/dev/null & done; wait";
-    const ProgramRun result =
-        resultOf(process, "/bin/sh", {"-c", script, ARCHIVE_SEARCH, m_tree.path()}, path());
+    const ProgramRun result = runScript(script, {m_tree.path()}, path());
     QCOMPARE(result.errors, QByteArray());
     const QStringList lines = entries();
     QCOMPARE(lines.size(), 16);

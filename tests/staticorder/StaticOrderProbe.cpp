@@ -56,6 +56,7 @@ int main()
     check(FunctionExpression::functionMap().size() == 21, "the built-in functions");
     check(FunctionExpression::isRegistered("regexp"), "to the last");
     check(lower(ConstExpression(QVariant("A"), false)).toString() == "lower('A')", "print");
+    check(vo::logEntryFactory()->entryNames().size() == 8, "the makers of log entries");
 
     PropertySet set;
     set.add(boost::shared_ptr<BaseProperty>(new IntProperty("a", "", 5)));

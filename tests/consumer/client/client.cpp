@@ -170,6 +170,11 @@ int main()
     rights.addFeatureGroup(new vo::FeatureGroup(0, "Playback", "Search and play"));
     rights.addFeatureToGroup(new Playback, 0);
     check(rights.isFeatureAllowed(17, 0), "rights");
+    char hash[14];
+    check(QByteArray(Crypt::crypt_r("rasmuslerdorf", "rl", hash)) == "rl.3StKT.4T8M", "hashes");
+    check(Crypt::crypt("rl", "rasmuslerdorf").startsWith("rl") && Crypt::m_shifts[2] == 1 &&
+              Crypt::S[7][63] == 11,
+          "and their tables");
     check(vo::Log::instance().logLevel() == vo::Log::LevelWarning, "platform");
     QTranslator german;
     check(german.load(":/Translations/Vokit_de.qm"), "the catalogues travel with the library");

@@ -4,8 +4,8 @@
 
 #include <stdexcept>
 
-/// Why the program can't go on, in one line for the user: wrong use, or a folder, a database or an
-/// output that can't be used.
+/// Why the program can't go on, in one line for the user: wrong use, or something that it was told
+/// to use and can't.
 class Failure : public std::runtime_error
 {
 public:

@@ -1,0 +1,57 @@
+#include "Console.h"
+
+#include "Failure.h"
+#include "PrintableText.h"
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+namespace {
+
+// A standard stream that came in closed would give its number to the next thing that is opened,
+// and a report would be written into that.
+void occupyStandardStreams()
+{
+    int descriptor = STDIN_FILENO;
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
+        descriptor = ::open("/dev/null", O_RDWR);
+    if (descriptor > STDERR_FILENO)
+        ::close(descriptor);
+}
+
+} // namespace
+
+void prepareConsole()
+{
+    occupyStandardStreams();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+}
+
+QString systemReason()
+{
+    return QString::fromStdString(std::generic_category().message(errno));
+}
+
+void writeOutput(const QByteArray &text)
+{
+    const auto size = static_cast<size_t>(text.size());
+    if (std::fwrite(text.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0)
+        return;
+    // A reader that has gone away wants no more, and no complaint either.
+    if (errno != EPIPE)
+        throw Failure(QStringLiteral("cannot write the output: %1").arg(systemReason()));
+}
+
+void warn(const QString &message)
+{
+    const QString name = QCoreApplication::applicationName();
+    const QByteArray line = printable(QStringLiteral("%1: ").arg(name) + message).toUtf8();
+    std::fprintf(stderr, "%s\n", line.constData());
+}

@@ -61,6 +61,12 @@ RATIOS = [
     ("crypt/library_text", "crypt/openssl", 1.2),
     ("crypt/library_bits", "crypt/plain_bits", 0.8),
     ("crypt/library_bits", "crypt/library_words", None),
+    ("label/library/TZ", "label/strftime/TZ", 0.7),
+    ("label/library/TZ", "label/qt_two_texts/TZ", None),
+    ("label/library/noTZ", "label/strftime/noTZ", None),
+    ("label/library/noTZ", "label/qt_two_texts/noTZ", None),
+    ("glyphs/library", "glyphs/inline", 1.1),
+    ("glyphs/library", "glyphs/memcpy", None),
 ]
 
 # the most bytes that an item may hold (None: shown for comparison)
@@ -91,7 +97,7 @@ def main(paths):
     # nanoseconds of CPU time
     medians = {name: run["per_item"] * 1e9 for name, run in runs.items()}
 
-    print("\nMedian of the CPU time per row, look-up, statement, tree, entry or hash")
+    print("\nMedian of the CPU time per row, look-up, statement, tree, entry, hash or label")
     for name in sorted(medians):
         print(f"  {name:<34}{medians[name]:>10.1f} ns")
 

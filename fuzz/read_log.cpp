@@ -49,22 +49,38 @@ void fill(const QString &path, const QByteArray &bytes)
     require(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size(), "no room");
 }
 
-// Without the torn entry that they may end in: as short as a crash leaves it.
-QByteArray withoutTornEntry(const QByteArray &bytes)
+// Where the torn entry begins that the bytes may end in, as a crash leaves it; their size for none.
+int tornEntry(const QByteArray &bytes)
 {
     const QByteArray tag("<Entry ");
     const int end = bytes.lastIndexOf('>') + 1;
     const int open = bytes.lastIndexOf('<');
     const bool isTorn =
         open >= end && (bytes.mid(open).startsWith(tag) || tag.startsWith(bytes.mid(open)));
-    return isTorn ? bytes.left(open) : bytes;
+    return isTorn ? open : bytes.size();
+}
+
+// Whether all stands that stood there, up to the end of what was whole: text may go with a torn
+// entry.
+bool isKept(const QByteArray &bytes, const QByteArray &grown)
+{
+    const int torn = tornEntry(bytes);
+    if (grown.startsWith(bytes.left(torn)))
+        return true;
+    int end = torn;
+    while (end > 0 && bytes.at(end - 1) != '<') {
+        if (bytes.at(end - 1) == '>' && grown.startsWith(bytes.left(end)))
+            return torn < bytes.size();
+        --end;
+    }
+    return false;
 }
 
 // Whether an entry can stand behind the bytes: they are a log as far as they go, and their root is
 // open. Asked of Qt alone.
 bool takesAnEntry(const QByteArray &bytes)
 {
-    QXmlStreamReader reader(withoutTornEntry(bytes) + "<Entry ID=\"ExpD\" Text=\"last\"/>");
+    QXmlStreamReader reader(bytes.left(tornEntry(bytes)) + "<Entry ID=\"ExpD\" Text=\"last\"/>");
     int depth = 0;
     bool isLast = false;
     while (!reader.atEnd()) {
@@ -122,7 +138,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     }
 
     const QByteArray grown = contents(path);
-    require(isBad || grown.startsWith(withoutTornEntry(bytes)), "what stood there has changed");
+    require(isBad || isKept(bytes, grown), "what stood there has changed");
     ActionLog next(path);
     bool isReadable = true;
     try {

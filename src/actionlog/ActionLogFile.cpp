@@ -7,6 +7,7 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <cctype>
 #include <vector>
 
 namespace vo {
@@ -40,14 +41,17 @@ qint64 byteOffset(QFile &file, qint64 characters)
     return offset;
 }
 
-// Whether the first tag of a text is that of an entry, or as much of one as there is.
-bool beginsEntry(const QByteArray &text)
+// Whether an entry begins in a text, or as much of one as there is.
+bool holdsEntry(const QByteArray &text)
 {
     static const QByteArray name("<Entry");
-    const QByteArray tag = text.mid(text.indexOf(name.at(0)));
-    if (tag.size() <= name.size())
-        return text.contains(name.at(0)) && name.startsWith(tag);
-    return tag.startsWith(name) && QByteArray(" \t\r\n/>").contains(tag.at(name.size()));
+    for (int i = text.indexOf('<'); i >= 0; i = text.indexOf('<', i + 1)) {
+        const QByteArray tag = text.mid(i, name.size() + 1);
+        if (tag.size() <= name.size() ? name.startsWith(tag)
+                                      : tag.startsWith(name) && !std::isalnum(uchar(tag.back())))
+            return true;
+    }
+    return false;
 }
 
 } // namespace
@@ -164,8 +168,8 @@ bool ActionLog::readEntries(QIODevice::OpenMode mode)
         seekToEnd();
     if (fromStart) {
         const bool hasTail = reader.error() == QXmlStreamReader::PrematureEndOfDocumentError &&
-                             reader.characterOffset() > reader.endOfLastElement();
-        mWholeCharacters = hasTail && mFile.isOpen() ? reader.endOfLastElement() : -1;
+                             reader.characterOffset() > reader.endOfWhole();
+        mWholeCharacters = hasTail && mFile.isOpen() ? reader.endOfWhole() : -1;
     }
     // Not before all is read: a slot may log.
     for (std::unique_ptr<LogEntry> &entry : found)
@@ -195,7 +199,7 @@ void ActionLog::cutTornEntry()
     const qint64 end = byteOffset(mFile, mWholeCharacters);
     mWholeCharacters = -1;
     mFile.seek(end);
-    if (beginsEntry(mFile.read(gBlockSize)))
+    if (holdsEntry(mFile.readAll()))
         mFile.resize(end);
     mFile.setTextModeEnabled(true);
     seekToEnd();

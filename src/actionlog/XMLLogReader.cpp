@@ -25,14 +25,19 @@ LogEntry *XMLLogReader::readNextLogEntry()
         switch (readNext()) {
         case StartElement:
             if (++mDepth == 1)
-                mEndOfLastElement = characterOffset();
+                mEndOfWhole = characterOffset();
             if (name() == QLatin1String("Entry"))
                 return readAttributes();
             break;
         case EndElement:
             if (--mDepth == 1)
-                mEndOfLastElement = characterOffset();
+                mEndOfWhole = characterOffset();
             mRootClosed = mDepth == 0;
+            break;
+        case Comment:
+        case ProcessingInstruction:
+            if (mDepth == 1)
+                mEndOfWhole = characterOffset();
             break;
         case Invalid:
             problem = errorString();

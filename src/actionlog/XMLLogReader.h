@@ -42,9 +42,9 @@ public:
     /// True at the end of the text and behind the end of the root element.
     bool atEnd() const;
 
-    /// Behind the last whole entry, or behind the root's start tag; as characterOffset() counts. -1
-    /// before that.
-    qint64 endOfLastElement() const { return mEndOfLastElement; }
+    /// Behind what the root holds as a whole, entries above all, or behind its start tag; as
+    /// characterOffset() counts. -1 before that.
+    qint64 endOfWhole() const { return mEndOfWhole; }
 
 private:
     LogEntry *readAttributes();
@@ -52,7 +52,7 @@ private:
 
     QFile *const mFile;
     int mDepth = 0;
-    qint64 mEndOfLastElement = -1;
+    qint64 mEndOfWhole = -1;
     bool mRootClosed = false;
 };
 

@@ -30,13 +30,13 @@ LogEntry *XMLLogReader::readNextLogEntry()
                 return readAttributes();
             break;
         case EndElement:
-            if (--mDepth == 1)
+            mRootClosed = --mDepth == 0;
+            if (!mRootClosed)
                 mEndOfWhole = characterOffset();
-            mRootClosed = mDepth == 0;
             break;
         case Comment:
         case ProcessingInstruction:
-            if (mDepth == 1)
+            if (mDepth > 0)
                 mEndOfWhole = characterOffset();
             break;
         case Invalid:

@@ -24,7 +24,7 @@ struct ValueRow
 
 struct ClassRow
 {
-    const std::type_info &type;
+    const std::type_info *type;
     LogEntry *(*create)();
     const char *code;
     quint32 id;
@@ -40,7 +40,7 @@ template <class Entry>
 ClassRow row(const char *code, quint32 id, vo::ELogCategory category, const char *action,
              const char *descriptionText, const QList<ValueRow> &values)
 {
-    return {typeid(Entry),
+    return {&typeid(Entry),
             &Entry::create,
             code,
             id,
@@ -200,7 +200,7 @@ void tst_LogEntry::libraryClass()
     const QDateTime after = QDateTime::currentDateTime();
     for (const LogEntry *entry : {created.get(), fromFactory.get()}) {
         QVERIFY(entry);
-        QVERIFY(typeid(*entry) == row.type);
+        QVERIFY(typeid(*entry) == *row.type);
         QCOMPARE(entry->id().value(), row.id);
         QCOMPARE(entry->category().category(), row.category);
         QCOMPARE(entry->action(), QString(row.actionText));

@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+
 using fuzz::require;
 using vo::ActionLog;
 using vo::LogEntry;
@@ -49,31 +51,36 @@ void fill(const QString &path, const QByteArray &bytes)
     require(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size(), "no room");
 }
 
+// Whether a tag has its end: a ">" that stands in no value.
+bool isClosed(const QByteArray &tag)
+{
+    char quote = 0;
+    for (const char c : tag) {
+        if (quote)
+            quote = c == quote ? 0 : quote;
+        else if (c == '"' || c == '\'')
+            quote = c;
+        else if (c == '>')
+            return true;
+    }
+    return false;
+}
+
 // Where the torn entry begins that the bytes may end in, as a crash leaves it; their size for none.
 int tornEntry(const QByteArray &bytes)
 {
-    const QByteArray tag("<Entry ");
-    const int end = bytes.lastIndexOf('>') + 1;
+    const QByteArray name("<Entry ");
     const int open = bytes.lastIndexOf('<');
+    const QByteArray tag = bytes.mid(std::max(open, 0));
     const bool isTorn =
-        open >= end && (bytes.mid(open).startsWith(tag) || tag.startsWith(bytes.mid(open)));
+        open >= 0 && !isClosed(tag) && (tag.startsWith(name) || name.startsWith(tag));
     return isTorn ? open : bytes.size();
 }
 
-// Whether all stands that stood there, up to the end of what was whole: text may go with a torn
-// entry.
-bool isKept(const QByteArray &bytes, const QByteArray &grown)
+// Without the white space at the end, which goes with a torn entry.
+QByteArray trimmedEnd(const QByteArray &bytes)
 {
-    const int torn = tornEntry(bytes);
-    if (grown.startsWith(bytes.left(torn)))
-        return true;
-    int end = torn;
-    while (end > 0 && bytes.at(end - 1) != '<') {
-        if (bytes.at(end - 1) == '>' && grown.startsWith(bytes.left(end)))
-            return torn < bytes.size();
-        --end;
-    }
-    return false;
+    return ('x' + bytes).trimmed().mid(1);
 }
 
 // Whether an entry can stand behind the bytes: they are a log as far as they go, and their root is
@@ -138,7 +145,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     }
 
     const QByteArray grown = contents(path);
-    require(isBad || isKept(bytes, grown), "what stood there has changed");
+    require(isBad || grown.startsWith(trimmedEnd(bytes.left(tornEntry(bytes)))),
+            "what stood there has changed");
     ActionLog next(path);
     bool isReadable = true;
     try {

@@ -41,17 +41,42 @@ qint64 byteOffset(QFile &file, qint64 characters)
     return offset;
 }
 
-// Whether an entry begins in a text, or as much of one as there is.
-bool holdsEntry(const QByteArray &text)
+// Behind the tag's ">", which a value may hold, too; -1 for a tag without an end.
+int endOfTag(const QByteArray &tag)
+{
+    char quote = 0;
+    for (int i = 0; i < tag.size(); ++i) {
+        const char c = tag.at(i);
+        if (quote)
+            quote = c == quote ? 0 : quote;
+        else if (c == '"' || c == '\'')
+            quote = c;
+        else if (c == '>')
+            return i + 1;
+    }
+    return -1;
+}
+
+// Where the torn entry begins that a text ends in; -1 if it ends otherwise. Nothing else is torn
+// off: what is not whole, such as a comment without an end, may hold entries worth saving.
+int tornEntry(const QByteArray &text)
 {
     static const QByteArray name("<Entry");
-    for (int i = text.indexOf('<'); i >= 0; i = text.indexOf('<', i + 1)) {
-        const QByteArray tag = text.mid(i, name.size() + 1);
-        if (tag.size() <= name.size() ? name.startsWith(tag)
-                                      : tag.startsWith(name) && !std::isalnum(uchar(tag.back())))
-            return true;
-    }
-    return false;
+    static const QByteArray endTag("</Entry>");
+    int begin = text.lastIndexOf('<');
+    if (begin > 0 && text.mid(begin, 2) == "</" && endTag.startsWith(text.mid(begin)))
+        begin = text.lastIndexOf('<', begin - 1);
+    const QByteArray tag = text.mid(std::max(begin, 0));
+    const bool isEntry =
+        begin >= 0 && (tag.size() <= name.size()
+                           ? name.startsWith(tag)
+                           : tag.startsWith(name) && !std::isalnum(uchar(tag.at(name.size()))));
+    if (!isEntry)
+        return -1;
+    const int end = endOfTag(tag);
+    const bool isTorn =
+        end < 0 || (tag.at(end - 2) != '/' && endTag.startsWith(tag.mid(end).trimmed()));
+    return isTorn ? begin : -1;
 }
 
 } // namespace
@@ -199,8 +224,10 @@ void ActionLog::cutTornEntry()
     const qint64 end = byteOffset(mFile, mWholeCharacters);
     mWholeCharacters = -1;
     mFile.seek(end);
-    if (holdsEntry(mFile.readAll()))
-        mFile.resize(end);
+    const QByteArray tail = mFile.readAll();
+    const int torn = tornEntry(tail);
+    if (torn >= 0)
+        mFile.resize(tail.left(torn).trimmed().isEmpty() ? end : end + torn);
     mFile.setTextModeEnabled(true);
     seekToEnd();
 }

@@ -198,8 +198,8 @@ private:
     int mSplitSize = gDefaultSplitSize;
     QString mPassword;
     QString mUser;
-    qint64 mWholeCharacters = -1; ///< of a file that was read, if more follow behind them
-    qint64 mWholeSize = 0;        ///< of the open file, as long as it held whole entries alone
+    bool mMayBeTorn = false; ///< the file was read, and ends with more than whole entries
+    qint64 mWholeSize = 0;   ///< of the open file, as long as it held whole entries alone
 };
 
 } // namespace vo

@@ -16,29 +16,19 @@ namespace {
 
 constexpr int gBlockSize = 4096;
 
-// The byte that so many characters of a text in UTF-8 lead to, as its reader counts them: UTF-16
-// units, without the byte order mark and the carriage returns.
-qint64 byteOffset(QFile &file, qint64 characters)
+// The end of the file from its last tag but one on, with its position.
+QByteArray lastTags(QFile &file, qint64 *position)
 {
-    file.seek(0);
-    qint64 offset = 0;
-    for (QByteArray block = file.read(gBlockSize); !block.isEmpty();
-         block = file.read(gBlockSize)) {
-        for (int i = 0; i < block.size(); ++i, ++offset) {
-            const auto byte = static_cast<uchar>(block.at(i));
-            const bool isContinuation = (byte & 0xC0) == 0x80;
-            if (offset == 0 && block.startsWith("\xEF\xBB\xBF"))
-                ++characters;
-            if (isContinuation)
-                continue;
-            if (characters == 0)
-                return offset;
-            if (byte == '\r')
-                continue;
-            characters -= byte >= 0xF0 ? std::min<qint64>(characters, 2) : 1;
-        }
+    QByteArray tail;
+    qint64 start = file.size();
+    while (start > 0 && tail.count('<') < 2) {
+        const qint64 size = std::min<qint64>(start, gBlockSize);
+        start -= size;
+        file.seek(start);
+        tail.prepend(file.read(size));
     }
-    return offset;
+    *position = start;
+    return tail;
 }
 
 // Behind the tag's ">", which a value may hold, too; -1 for a tag without an end.
@@ -125,7 +115,7 @@ bool ActionLog::openForWriting()
 void ActionLog::startFile()
 {
     open(mFile, QIODevice::ReadWrite | QIODevice::Truncate | QIODevice::Text);
-    mWholeCharacters = -1;
+    mMayBeTorn = false;
     mWholeSize = 0;
     mWriter->setStartDocumentName(mFileInfo.absoluteFilePath());
 }
@@ -139,7 +129,7 @@ void ActionLog::prepareFile()
         startFile();
         mWriter->writeStartDocumentWithNextEntry();
     }
-    if (mWholeCharacters >= 0)
+    if (mMayBeTorn)
         cutTornEntry();
 }
 
@@ -193,8 +183,9 @@ bool ActionLog::readEntries(QIODevice::OpenMode mode)
         seekToEnd();
     if (fromStart) {
         const bool hasTail = reader.error() == QXmlStreamReader::PrematureEndOfDocumentError &&
+                             reader.endOfWhole() >= 0 &&
                              reader.characterOffset() > reader.endOfWhole();
-        mWholeCharacters = hasTail && mFile.isOpen() ? reader.endOfWhole() : -1;
+        mMayBeTorn = hasTail && mFile.isOpen();
     }
     // Not before all is read: a slot may log.
     for (std::unique_ptr<LogEntry> &entry : found)
@@ -221,13 +212,16 @@ bool ActionLog::readEntries(QIODevice::OpenMode mode)
 void ActionLog::cutTornEntry()
 {
     mFile.setTextModeEnabled(false); // positions are those of bytes
-    const qint64 end = byteOffset(mFile, mWholeCharacters);
-    mWholeCharacters = -1;
-    mFile.seek(end);
-    const QByteArray tail = mFile.readAll();
+    mMayBeTorn = false;
+    qint64 start = 0;
+    QByteArray tail = lastTags(mFile, &start);
     const int torn = tornEntry(tail);
-    if (torn >= 0)
-        mFile.resize(tail.left(torn).trimmed().isEmpty() ? end : end + torn);
+    if (torn >= 0) {
+        tail.truncate(torn);
+        while (!tail.isEmpty() && std::isspace(uchar(tail.back())))
+            tail.chop(1);
+        mFile.resize(start + tail.size());
+    }
     mFile.setTextModeEnabled(true);
     seekToEnd();
 }

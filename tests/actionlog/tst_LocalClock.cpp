@@ -33,10 +33,10 @@ bool isQtsNow()
 {
     const QDateTime ours = LocalClock::now();
     const QDateTime qts = QDateTime::currentDateTime();
-    return ours == qts && ours.isValid() && ours.timeSpec() == Qt::LocalTime &&
+    return ours == qts && ours.isValid() == qts.isValid() && ours.timeSpec() == Qt::LocalTime &&
            ours.date() == qts.date() && ours.time() == qts.time() &&
            ours.offsetFromUtc() == qts.offsetFromUtc() &&
-           ours.toMSecsSinceEpoch() == QDateTime::currentMSecsSinceEpoch();
+           ours.toMSecsSinceEpoch() == qts.toMSecsSinceEpoch();
 }
 
 } // namespace
@@ -49,8 +49,9 @@ void tst_LocalClock::cleanup()
 void tst_LocalClock::sameAsQt_data()
 {
     QTest::addColumn<QByteArray>("zone");
-    for (const char *zone : {"Europe/Berlin", "America/New_York", "Australia/Lord_Howe",
-                             "Asia/Kolkata", "Pacific/Apia", "UTC", "Europe/Dublin"})
+    for (const char *zone :
+         {"Europe/Berlin", "America/New_York", "Australia/Lord_Howe", "Asia/Kolkata",
+          "Pacific/Apia", "UTC", "Europe/Dublin", "right/Europe/Berlin"})
         QTest::newRow(zone) << QByteArray(zone);
     QTest::newRow("none") << QByteArray();
 }
@@ -73,9 +74,15 @@ void tst_LocalClock::sameAsQt()
         for (int minute = 0; minute < 24 * 60; ++minute)
             check(QDateTime(day, QTime(0, 0, 59, 999), Qt::UTC).addSecs(minute * 60LL));
     }
+    // A leap second, where the zone counts them: as seconds since 1970, 26 came before it.
+    for (int second = -3; second < 3; ++second)
+        check(QDateTime(QDate(2017, 1, 1), QTime(0, 0, 26), Qt::UTC).addSecs(second));
     // A day that was left out, and the ends of what a clock of today may be set to.
     for (int hour = -48; hour < 48; ++hour)
         check(QDateTime(QDate(2011, 12, 30), QTime(0, 0), Qt::UTC).addSecs(hour * 3600LL));
+    // From 2038 on Qt repeats the summer time of 2037, which the system doesn't.
+    for (int hour = 0; hour < 3 * 366 * 24; hour += 7)
+        check(QDateTime(QDate(2037, 12, 31), QTime(20, 0), Qt::UTC).addSecs(hour * 3600LL));
     check(QDateTime(QDate(1970, 1, 1), QTime(0, 0, 1), Qt::UTC));
     check(QDateTime(QDate(2106, 2, 7), QTime(6, 28, 16), Qt::UTC));
 }

@@ -38,7 +38,7 @@ int endOfTag(const QByteArray &tag)
     for (int i = 0; i < tag.size(); ++i) {
         const char c = tag.at(i);
         if (quote)
-            quote = c == quote ? 0 : quote;
+            quote = c == quote ? '\0' : quote;
         else if (c == '"' || c == '\'')
             quote = c;
         else if (c == '>')

@@ -1,5 +1,6 @@
 #include "CsvExport.h"
 
+#include "CsvLine.h"
 #include "Database.h"
 #include "Failure.h"
 #include "HeldSignals.h"
@@ -15,29 +16,9 @@
 #include <QDateTime>
 #include <QVariant>
 
-#include <algorithm>
-
 using vo::ExportActionLog;
 
 namespace {
-
-QString field(const QString &text)
-{
-    const auto needsQuotes = [](QChar c) { return QStringLiteral(",\"\r\n").contains(c); };
-    if (std::none_of(text.begin(), text.end(), needsQuotes))
-        return text;
-    QString quoted = text;
-    quoted.replace(QLatin1Char('"'), QLatin1String("\"\""));
-    return QLatin1Char('"') + quoted + QLatin1Char('"');
-}
-
-QByteArray line(const QStringList &values)
-{
-    QStringList fields;
-    for (const QString &value : values)
-        fields.append(field(value));
-    return (fields.join(QLatin1Char(',')) + QLatin1String("\r\n")).toUtf8();
-}
 
 QString text(const QVariant &value)
 {
@@ -45,23 +26,23 @@ QString text(const QVariant &value)
                                               : value.toString();
 }
 
-QByteArray line(const vogen::PropertySet &recording)
+QByteArray lineOf(const vogen::PropertySet &recording)
 {
     QStringList values;
     for (const Column &column : recordingColumns())
         values.append(text(recording[column.name].variantValue()));
-    return line(values);
+    return csvLine(values);
 }
 
 // False if it was given up.
 bool write(const MatchList &matches, Database &database, const HeldSignals &held)
 {
     WholeFile file("export to", matches.file);
-    file.write(line(columnNames()));
+    file.write(csvLine(columnNames()));
     for (const qlonglong id : matches.ids) {
         if (held.isWaiting())
             return false;
-        file.write(line(database.recording(id)));
+        file.write(lineOf(database.recording(id)));
     }
     if (held.isWaiting())
         return false;

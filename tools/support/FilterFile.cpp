@@ -1,6 +1,7 @@
 #include "FilterFile.h"
 
 #include "Failure.h"
+#include "FileName.h"
 #include "WholeFile.h"
 
 #include <Vokit/FunctionExpression>
@@ -56,7 +57,7 @@ QByteArray bytesOf(const ExpressionHandle &filter)
 
 QByteArray readBytes(const QString &name)
 {
-    QFile file(name);
+    QFile file(absoluteName(name));
     if (!file.open(QIODevice::ReadOnly))
         refuseToLoad(name, file.errorString());
     QByteArray bytes = file.read(gSizeLimit + 1);

@@ -15,6 +15,8 @@ public:
     WholeFile(const char *action, const QString &name);
 
     void write(const QByteArray &bytes);
+    /// Then commit() needs no more room.
+    void flush();
     /// Without it nothing has happened.
     void commit();
 

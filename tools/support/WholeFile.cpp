@@ -20,12 +20,25 @@ WholeFile::WholeFile(const char *action, const QString &name)
 
 void WholeFile::write(const QByteArray &bytes)
 {
-    if (m_file.write(bytes) != bytes.size())
+    // Where there is room for a part, it is the rest that tells why.
+    for (qint64 written = 0; written < bytes.size();) {
+        const qint64 more = m_file.write(bytes.constData() + written, bytes.size() - written);
+        if (more <= 0)
+            refuse(m_file.errorString());
+        written += more;
+    }
+}
+
+void WholeFile::flush()
+{
+    if (!m_file.flush() && !m_file.flush())
         refuse(m_file.errorString());
 }
 
+// What QSaveFile fails to write while it closes is lost to it, and it would commit the rest.
 void WholeFile::commit()
 {
+    flush();
     if (!m_file.commit())
         refuse(m_file.errorString());
 }

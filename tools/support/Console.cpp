@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <system_error>
 
@@ -31,6 +32,7 @@ void occupyStandardStreams()
 void prepareConsole()
 {
     occupyStandardStreams();
+    std::signal(SIGXFSZ, SIG_IGN);
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 }
 
@@ -39,14 +41,15 @@ QString systemReason()
     return QString::fromStdString(std::generic_category().message(errno));
 }
 
-void writeOutput(const QByteArray &text)
+bool writeOutput(const QByteArray &text)
 {
     const auto size = static_cast<size_t>(text.size());
     if (std::fwrite(text.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0)
-        return;
+        return true;
     // A reader that has gone away wants no more, and no complaint either.
     if (errno != EPIPE)
         throw Failure(QStringLiteral("cannot write the output: %1").arg(systemReason()));
+    return false;
 }
 
 void warn(const QString &message)

@@ -33,7 +33,8 @@ QString LogEntry::description() const
 {
     QString text = descriptionText();
     if (!text.isEmpty()) {
-        for (int i = gFirstOwnValue; i < mValues.size(); ++i)
+        // A text without placeholders takes no value, and would be warned of.
+        for (int i = gFirstOwnValue; i < mValues.size() && text.contains(QLatin1Char('%')); ++i)
             text = text.arg(mValues.at(i)->toString(), 0, QLatin1Char(' '));
         return text;
     }

@@ -32,6 +32,8 @@ public:
     /// @param name words for the action, not translated; kept as a pointer
     void registerCreator(const FourChars &id, Creator creator, const char *name);
 
+    bool contains(FourChars id) const { return mCreators.value(id) != nullptr; }
+
     /// A new entry, the caller's; null for an identifier that nobody registered.
     LogEntry *create(FourChars id);
 

@@ -27,7 +27,7 @@ LogEntry *XMLLogReader::readNextLogEntry()
             if (++mDepth == 1)
                 mEndOfWhole = characterOffset();
             if (name() == QLatin1String("Entry"))
-                return readAttributes();
+                return entryOf(attributes());
             break;
         case EndElement:
             mRootClosed = --mDepth == 0;
@@ -61,11 +61,10 @@ bool XMLLogReader::atEnd() const
     return mRootClosed || QXmlStreamReader::atEnd();
 }
 
-LogEntry *XMLLogReader::readAttributes()
+LogEntry *XMLLogReader::entryOf(const QXmlStreamAttributes &attributes)
 {
     const EntryClock::Withheld dates;
     LogEntry *entry = nullptr;
-    const QXmlStreamAttributes attributes = this->attributes();
     for (const QXmlStreamAttribute &attribute : attributes) {
         if (attribute.name() == QLatin1String("ID")) {
             delete entry;

@@ -39,6 +39,9 @@ public:
      */
     LogEntry *readNextLogEntry();
 
+    /// The entry that the attributes of an "Entry" element say, as readNextLogEntry() gives it.
+    static LogEntry *entryOf(const QXmlStreamAttributes &attributes);
+
     /// True at the end of the text and behind the end of the root element.
     bool atEnd() const;
 
@@ -47,7 +50,6 @@ public:
     qint64 endOfWhole() const { return mEndOfWhole; }
 
 private:
-    LogEntry *readAttributes();
     bool failed() const;
 
     QFile *const mFile;

@@ -86,6 +86,10 @@ private slots:
     void beyondOneBlock();
     void writtenAndRead();
     void nothingBehindTheEnd();
+    void entryOf_data();
+    void entryOf();
+    void knownClasses_data();
+    void knownClasses();
 };
 
 void tst_XMLLogReader::logs_data()
@@ -329,6 +333,76 @@ void tst_XMLLogReader::nothingBehindTheEnd()
     QVERIFY(reader.atEnd());
     QCOMPARE(reader.tokenType(), QXmlStreamReader::EndElement);
     QCOMPARE(reader.error(), QXmlStreamReader::NoError);
+}
+
+void tst_XMLLogReader::entryOf_data()
+{
+    using Attributes = QList<QPair<QString, QString>>;
+    QTest::addColumn<Attributes>("attributes");
+    QTest::addColumn<QString>("entry");
+    const auto row = [](const char *name, const Attributes &attributes, const char *entry) {
+        QTest::newRow(name) << attributes << QString(entry);
+    };
+    row("nothing", {}, "null");
+    row("no id", {{"Text", "x"}}, "null");
+    row("unknown class", {{"ID", "Nope"}, {"Text", "x"}}, "null");
+    row("id alone", {{"ID", "ExpD"}}, "ExpD");
+    row("values", {{"ID", "ExpD"}, {"Time", ""}, {"User", "ann"}, {"Text", "<x>"}},
+        "ExpD Time none User=ann Text=<x>");
+    row("values ahead of the id", {{"Text", "lost"}, {"ID", "ExpD"}, {"User", "ann"}},
+        "ExpD User=ann");
+    row("an unknown value ends it", {{"ID", "ExpD"}, {"User", "ann"}, {"New", "1"}, {"Text", "x"}},
+        "ExpD User=ann");
+    row("the last of two ids", {{"ID", "ExpD"}, {"Text", "x"}, {"ID", "ExpE"}, {"User", "ann"}},
+        "ExpE User=ann");
+    row("the last id is unknown", {{"ID", "ExpD"}, {"Text", "x"}, {"ID", "Nope"}}, "null");
+    row("a value twice", {{"ID", "ExpD"}, {"Text", "1"}, {"Text", "2"}}, "ExpD Text=2");
+    row("a name that no XML has", {{"ID", "ExpR"}, {QString(QChar(0)) + "src", "x"}},
+        "ExpR \1src=x");
+}
+
+// What stands in no file can be asked for, too.
+void tst_XMLLogReader::entryOf()
+{
+    using Attributes = QList<QPair<QString, QString>>;
+    QFETCH(Attributes, attributes);
+    QXmlStreamAttributes list;
+    for (const auto &attribute : attributes)
+        list.append(attribute.first, attribute.second);
+    const QDateTime before = QDateTime::currentDateTime();
+    const std::unique_ptr<vo::LogEntry> entry(XMLLogReader::entryOf(list));
+    QTEST(told(entry.get(), before).replace(QChar(0), QChar(1)), "entry");
+}
+
+void tst_XMLLogReader::knownClasses_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<bool>("isKnown");
+    for (const char *id : {"ALog", "ExpW", "ExpS", "ExpA", "ExpE", "ExpD", "ExpR", "XmlP"})
+        QTest::newRow(id) << QString(id) << true;
+    for (const char *id : {"Nope", "", "    ", "Exp", "expd", "EXPD"})
+        QTest::addRow("unknown: %s", id) << QString(id) << false;
+    QTest::newRow("longer") << "ExpDone" << true;
+}
+
+// Asking changes nothing, unlike trying to make one.
+void tst_XMLLogReader::knownClasses()
+{
+    QFETCH(QString, id);
+    const vo::LogEntryFactory *const factory = vo::logEntryFactory();
+    const QStringList names = factory->entryNames();
+    for (int i = 0; i < 2; ++i) {
+        QTEST(factory->contains(id), "isKnown");
+        const std::unique_ptr<vo::LogEntry> entry(vo::logEntryFactory()->create(id));
+        QTEST(entry != nullptr, "isKnown");
+    }
+    QCOMPARE(factory->entryNames(), names);
+    vo::LogEntryFactory own;
+    QVERIFY(!own.contains(id));
+    own.registerCreator(id, &ExportDoneLogEntry::create, "x");
+    QVERIFY(own.contains(id));
+    own.registerCreator(id, nullptr, "x");
+    QVERIFY(!own.contains(id));
 }
 
 QTEST_GUILESS_MAIN(tst_XMLLogReader)

@@ -1,0 +1,44 @@
+#include "InputFile.h"
+
+#include "FileName.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+InputFile::InputFile(const QString &name)
+    : m_name(name)
+    , m_file(absoluteName(name))
+{
+    constexpr QIODevice::OpenMode mode = QIODevice::ReadOnly | QIODevice::Unbuffered;
+    if (name.isEmpty())
+        refuse(QStringLiteral("it has no name"));
+    const bool isOpen = name == QLatin1String("-")
+                            ? static_cast<QFile &>(m_file).open(STDIN_FILENO, mode)
+                            : m_file.open(mode);
+    if (!isOpen && name.contains(QChar(QChar::ReplacementCharacter)))
+        refuse(QStringLiteral("there is no such file, or its name is not UTF-8"));
+    if (!isOpen)
+        refuse(m_file.errorString());
+    if (!m_file.headerCompatible)
+        refuse(QStringLiteral("it belongs to another cipher"));
+}
+
+void InputFile::checkEnd() const
+{
+    if (m_file.error() != QFileDevice::NoError)
+        refuse(m_file.errorString());
+}
+
+bool InputFile::isSameAs(const QString &name) const
+{
+    struct stat mine;
+    struct stat other;
+    return ::fstat(m_file.handle(), &mine) == 0 &&
+           ::stat(QFile::encodeName(name).constData(), &other) == 0 &&
+           mine.st_dev == other.st_dev && mine.st_ino == other.st_ino;
+}
+
+void InputFile::refuse(const QString &reason) const
+{
+    throw InputFailure(QStringLiteral("cannot read '%1': %2").arg(m_name, reason));
+}

@@ -1,0 +1,5 @@
+#pragma once
+
+#include "Verb.h"
+
+ExitCode recover(const QStringList &arguments);

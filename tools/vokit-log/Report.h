@@ -1,0 +1,5 @@
+#pragma once
+
+#include "Verb.h"
+
+ExitCode report(const QStringList &arguments);

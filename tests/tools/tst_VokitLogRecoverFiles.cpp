@@ -32,6 +32,8 @@ private slots:
     void readFails();
     void existing_data();
     void existing();
+    void permissions_data();
+    void permissions();
     void sameFile_data();
     void sameFile();
     void sameAsInputDescriptor();
@@ -197,6 +199,42 @@ void tst_VokitLogRecoverFiles::existing()
     QCOMPARE(recover({"old.vol", "--force", "-o", made}).exitCode, 0);
     QCOMPARE(contentOf(path(made)), gWhole);
     QCOMPARE(contentOf(path(target)), gWhole); // a link stays one
+}
+
+void tst_VokitLogRecoverFiles::permissions_data()
+{
+    QTest::addColumn<QByteArray>("mode");
+    QTest::addColumn<QByteArray>("command");
+    QTest::addColumn<QByteArray>("expected");
+    const QByteArray usual = "\"$0\" recover old.vol -o new.vol --report r.json";
+    QTest::newRow("private") << QByteArray("600") << usual << QByteArray("600");
+    QTest::newRow("of a group") << QByteArray("640") << usual << QByteArray("640");
+    QTest::newRow("public") << QByteArray("644") << usual << QByteArray("644");
+    QTest::newRow("not beyond the umask") << QByteArray("666") << usual << QByteArray("644");
+    QTest::newRow("read-only") << QByteArray("440") << usual << QByteArray("640");
+    QTest::newRow("standard input")
+        << QByteArray("600") << QByteArray("\"$0\" recover - -o new.vol --report r.json <old.vol")
+        << QByteArray("600");
+    QTest::newRow("in place of a public one")
+        << QByteArray("600")
+        << "touch new.vol r.json; chmod 666 new.vol r.json; " + usual + " --force"
+        << QByteArray("600");
+    QTest::newRow("from a pipe") << QByteArray("600")
+                                 << QByteArray(
+                                        "cat old.vol | \"$0\" recover - -o new.vol --report r.json")
+                                 << QByteArray("644");
+}
+
+// What is recovered is as private as the log.
+void tst_VokitLogRecoverFiles::permissions()
+{
+    QFETCH(QByteArray, mode);
+    QFETCH(QByteArray, command);
+    const QByteArray script = "cd \"$1\"; umask 022; chmod " + mode + " old.vol; (" + command +
+                              ") >/dev/null; stat -c %a new.vol r.json";
+    const ProgramRun run = runScript(script.constData(), {m_files->path()});
+    QFETCH(QByteArray, expected);
+    QCOMPARE(run.output, expected + '\n' + expected + '\n');
 }
 
 void tst_VokitLogRecoverFiles::sameFile_data()

@@ -18,6 +18,13 @@ WholeFile::WholeFile(const char *action, const QString &name)
         refuse(m_file.errorString());
 }
 
+void WholeFile::limitPermissions(QFileDevice::Permissions most)
+{
+    constexpr auto ofOwner = QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                             QFileDevice::ReadUser | QFileDevice::WriteUser;
+    m_file.setPermissions(m_file.permissions() & (most | ofOwner));
+}
+
 void WholeFile::write(const QByteArray &bytes)
 {
     // Where there is room for a part, it is the rest that tells why.

@@ -14,6 +14,9 @@ public:
     /// @param action what is done to the file, such as "save filter"
     WholeFile(const char *action, const QString &name);
 
+    /// Lets group and others do no more than @p most says, on a file system that has such rights.
+    void limitPermissions(QFileDevice::Permissions most);
+
     void write(const QByteArray &bytes);
     /// Then commit() needs no more room.
     void flush();

@@ -29,6 +29,26 @@ void InputFile::checkEnd() const
         refuse(m_file.errorString());
 }
 
+QFileDevice::Permissions InputFile::permissions() const
+{
+    struct Right
+    {
+        mode_t bit;
+        QFileDevice::Permission permission;
+    };
+    static constexpr Right rights[] = {
+        {S_IRGRP, QFileDevice::ReadGroup},  {S_IWGRP, QFileDevice::WriteGroup},
+        {S_IXGRP, QFileDevice::ExeGroup},   {S_IROTH, QFileDevice::ReadOther},
+        {S_IWOTH, QFileDevice::WriteOther}, {S_IXOTH, QFileDevice::ExeOther},
+    };
+    struct stat status;
+    const bool isRegular = ::fstat(m_file.handle(), &status) == 0 && S_ISREG(status.st_mode);
+    QFileDevice::Permissions permissions;
+    for (const Right &right : rights)
+        permissions.setFlag(right.permission, !isRegular || (status.st_mode & right.bit) != 0);
+    return permissions;
+}
+
 bool InputFile::isSameAs(const QString &name) const
 {
     struct stat mine;

@@ -33,6 +33,9 @@ public:
     /// @throws InputFailure if something could not be read
     void checkEnd() const;
 
+    /// What group and others may do with it: all, if it is no regular file.
+    QFileDevice::Permissions permissions() const;
+
     /// Whether that name leads to this very file, by a link or otherwise.
     bool isSameAs(const QString &name) const;
 

@@ -42,7 +42,9 @@ std::unique_ptr<WholeFile> makeFile(const QString &name, bool force, const Input
         refuse(name, "it is the file that is to be recovered");
     if (!force && isReplaceable(name))
         refuse(name, "it is there already; --force replaces it");
-    return std::make_unique<WholeFile>("write", name);
+    auto file = std::make_unique<WholeFile>("write", name);
+    file->limitPermissions(input.permissions()); // who may not read the log may not read this
+    return file;
 }
 
 } // namespace

@@ -17,7 +17,8 @@ constexpr int gLength = 4; // of an identifier
 
 FourChars VolEntry::id() const
 {
-    return FourChars(value(indexOf(QLatin1String("ID"))));
+    const int index = indexOf(QLatin1String("ID"));
+    return FourChars(index < 0 ? QString() : value(index));
 }
 
 bool VolEntry::isKnown() const

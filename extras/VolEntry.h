@@ -13,7 +13,7 @@ class LogEntry;
 class VOKIT_EXTRAS_EXPORT VolEntry : public VolElement
 {
 public:
-    /// What its class is registered under.
+    /// What its class is registered under; four blanks for a null entry.
     FourChars id() const;
 
     /// Whether logEntryFactory() knows the class.

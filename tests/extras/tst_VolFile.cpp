@@ -446,6 +446,8 @@ void tst_VolFile::defaults()
     QCOMPARE(none.attributeCount(), 0);
     QCOMPARE(none.indexOf(QLatin1String("ID")), -1);
     QVERIFY(none.valueOf(gText).isNull());
+    QCOMPARE(none.id(), vo::FourChars(QString()));
+    QVERIFY(!none.isKnown() && !none.toLogEntry());
     QVERIFY(!vo::VolHeader().date().isValid());
     const VolGap gap;
     QCOMPARE(gap.length, 0);

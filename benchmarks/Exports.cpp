@@ -1,7 +1,9 @@
 #include "Exports.h"
 
+#include <QFile>
 #include <QLocale>
 #include <QStringList>
+#include <QXmlStreamReader>
 
 const char gPrimaryName[] = "J\u00f8rgensen";
 const char gSecondaryName[] = "Shift leader";
@@ -61,6 +63,24 @@ QString toLine(const vo::LogEntry &entry)
     for (const vo::LogValue *value : entry.values().mid(1))
         fields.append(value->toString());
     return joined(fields);
+}
+
+qint64 walkedLength(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return -1;
+    QXmlStreamReader reader(&file);
+    qint64 length = 0;
+    while (!reader.atEnd()) {
+        if (reader.readNext() != QXmlStreamReader::StartElement ||
+            reader.name() != QLatin1String("Entry"))
+            continue;
+        const QXmlStreamAttributes attributes = reader.attributes();
+        for (const QXmlStreamAttribute &attribute : attributes)
+            length += attribute.value().size();
+    }
+    return length;
 }
 
 std::string zoneSuffix()

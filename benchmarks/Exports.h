@@ -46,6 +46,10 @@ QString toLine(const Export &record);
 /// The same, of an entry that was made of the export.
 QString toLine(const vo::LogEntry &entry);
 
+/// The length of all values in a log, as a bare loop of QXmlStreamReader has it.
+/// @return -1 for a file that can't be read
+qint64 walkedLength(const QString &fileName);
+
 /// The end of a benchmark's name: the zone of local times is named by TZ ("/tz"), or looked up in
 /// /etc/localtime over and over ("/notz").
 std::string zoneSuffix();

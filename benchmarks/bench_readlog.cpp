@@ -14,7 +14,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTextStream>
-#include <QXmlStreamReader>
 
 #include <algorithm>
 #include <cstring>
@@ -88,20 +87,7 @@ protected:
 class XmlReaderWalk : public Walk
 {
 public:
-    void read(const QString &fileName) override
-    {
-        QFile file(fileName);
-        file.open(QIODevice::ReadOnly | QIODevice::Text);
-        QXmlStreamReader reader(&file);
-        while (!reader.atEnd()) {
-            if (reader.readNext() != QXmlStreamReader::StartElement ||
-                reader.name() != QLatin1String("Entry"))
-                continue;
-            const QXmlStreamAttributes attributes = reader.attributes();
-            for (const QXmlStreamAttribute &attribute : attributes)
-                m_length += attribute.value().size();
-        }
-    }
+    void read(const QString &fileName) override { m_length = walkedLength(fileName); }
 
 private:
     int lengthOf(const QString &value) const override { return value.size(); }

@@ -6,7 +6,6 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QTextStream>
-#include <QXmlStreamReader>
 
 #include <cstdio>
 
@@ -54,23 +53,9 @@ int writeLog(const QString &name, qint64 size)
 
 int walk(const QString &name)
 {
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return 1;
-    QXmlStreamReader reader(&file);
-    qint64 count = 0;
-    qint64 length = 0;
-    while (!reader.atEnd()) {
-        if (reader.readNext() != QXmlStreamReader::StartElement ||
-            reader.name() != QLatin1String("Entry"))
-            continue;
-        const QXmlStreamAttributes attributes = reader.attributes();
-        for (const QXmlStreamAttribute &attribute : attributes)
-            length += attribute.value().size();
-        ++count;
-    }
-    std::printf("%lld entries, %lld characters\n", count, length);
-    return 0;
+    const qint64 length = walkedLength(name);
+    std::printf("%lld characters\n", length);
+    return length < 0 ? 1 : 0;
 }
 
 } // namespace

@@ -34,11 +34,6 @@ constexpr int toInt(std::size_t size)
     return static_cast<int>(size);
 }
 
-bool isWhite(char c)
-{
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
 bool startsWith(std::string_view text, std::string_view start)
 {
     return text.substr(0, start.size()) == start;
@@ -48,7 +43,8 @@ bool startsWith(std::string_view text, std::string_view start)
 bool startsTag(std::string_view text, std::string_view tag)
 {
     return startsWith(text, tag) && text.size() > tag.size() &&
-           (isWhite(text[tag.size()]) || text[tag.size()] == '/' || text[tag.size()] == '>');
+           (VolTag::isWhite(text[tag.size()]) || text[tag.size()] == '/' ||
+            text[tag.size()] == '>');
 }
 
 // A file of another encoding is not one of the log's.
@@ -123,7 +119,7 @@ bool VolScanner::skipByteOrderMark()
 void VolScanner::skipWhite()
 {
     do {
-        const char *const at = std::find_if_not(m_window.begin(), m_window.end(), isWhite);
+        const char *const at = std::find_if_not(m_window.begin(), m_window.end(), VolTag::isWhite);
         m_window.consume(static_cast<int>(at - m_window.begin()));
     } while (m_window.size() == 0 && m_window.more());
 }
@@ -196,12 +192,13 @@ VolScanner::Piece VolScanner::readEntry()
 int VolScanner::sizeWithEndTag()
 {
     while (true) {
-        const char *at = std::find_if_not(m_window.begin() + m_tag.size(), m_window.end(), isWhite);
+        const char *at =
+            std::find_if_not(m_window.begin() + m_tag.size(), m_window.end(), VolTag::isWhite);
         const std::string_view rest(at, static_cast<std::size_t>(m_window.end() - at));
         if (!startsWith(rest, gEntryEnd.substr(0, rest.size())))
             return -1;
         if (rest.size() > gEntryEnd.size()) {
-            at = std::find_if_not(at + gEntryEnd.size(), m_window.end(), isWhite);
+            at = std::find_if_not(at + gEntryEnd.size(), m_window.end(), VolTag::isWhite);
             if (at != m_window.end())
                 return *at == '>' ? static_cast<int>(at + 1 - m_window.begin()) : -1;
         }
@@ -270,7 +267,7 @@ VolScanner::Piece VolScanner::readRootEnd()
         return refuseToNextTag(VolGap::ForeignBytes);
     while (true) {
         const char *const at =
-            std::find_if_not(m_window.begin() + gRootEnd.size(), m_window.end(), isWhite);
+            std::find_if_not(m_window.begin() + gRootEnd.size(), m_window.end(), VolTag::isWhite);
         if (at == m_window.end()) {
             if (m_window.more())
                 continue;
@@ -365,8 +362,9 @@ VolScanner::Piece VolScanner::refuseToNextTag(VolGap::Kind kind)
     m_junk = gapAhead(kind, 0, 0);
     for (int from = 1;; from = 0) {
         const char *const tag = std::find(m_window.begin() + from, m_window.end(), '<');
-        const auto black = std::find_if_not(std::make_reverse_iterator(tag),
-                                            std::make_reverse_iterator(m_window.begin()), isWhite);
+        const auto black =
+            std::find_if_not(std::make_reverse_iterator(tag),
+                             std::make_reverse_iterator(m_window.begin()), VolTag::isWhite);
         if (black.base() != m_window.begin())
             m_junk.length =
                 m_window.position() + (black.base() - m_window.begin()) - m_junk.position;

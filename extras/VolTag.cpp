@@ -14,14 +14,9 @@ constexpr std::size_t gFew = 16;
 constexpr std::size_t gMostAttributes = 4096;
 constexpr std::size_t gLongestName = 4096; // that Qt's reader takes
 
-bool isWhite(char c)
-{
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
 void skipWhite(const char *&at, const char *end)
 {
-    while (at != end && isWhite(*at))
+    while (at != end && VolTag::isWhite(*at))
         ++at;
 }
 

@@ -32,6 +32,8 @@ public:
     /// @param bytes those of the tag, and what else belongs to the element
     void moveTo(VolElement &element, std::string_view bytes, qint64 position);
 
+    /// What XML takes for white space.
+    static bool isWhite(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
     /// Whether XML allows the name, which has no prefix here.
     static bool isName(const char *begin, const char *end);
     /// What a value of a tag says.

@@ -90,11 +90,23 @@ QByteArray trimmedEnd(const QByteArray &bytes)
     return ('x' + bytes).trimmed().mid(1);
 }
 
+// With the end tag of an entry whole that the bytes may break off in.
+QByteArray withEndTag(const QByteArray &bytes)
+{
+    const QByteArray endTag("</Entry>");
+    const int torn = bytes.lastIndexOf("</");
+    return torn >= 0 && endTag.startsWith(bytes.mid(torn)) ? bytes.left(torn) + endTag : bytes;
+}
+
 // Whether an entry can stand behind the bytes: they are a log as far as they go, and their root is
 // open. Asked of Qt alone.
-bool takesAnEntry(const QByteArray &bytes)
+bool takesAnEntry(QByteArray bytes)
 {
-    QXmlStreamReader reader(bytes.left(tornEntry(bytes)) + "<Entry ID=\"ExpD\" Text=\"last\"/>");
+    bytes = withEndTag(bytes.left(tornEntry(bytes))).replace('\r', QByteArray()); // as text is read
+    QByteArray text("last");
+    while (bytes.contains(text))
+        text += '!';
+    QXmlStreamReader reader(bytes + "<Entry ID=\"ExpD\" Text=\"" + text + "\"/>");
     int depth = 0;
     bool isLast = false;
     while (!reader.atEnd()) {
@@ -102,7 +114,7 @@ bool takesAnEntry(const QByteArray &bytes)
         if (token == QXmlStreamReader::StartElement) {
             ++depth;
             isLast = depth > 1 && reader.name() == QLatin1String("Entry") &&
-                     reader.attributes().value(QLatin1String("Text")) == QLatin1String("last");
+                     reader.attributes().value(QLatin1String("Text")) == QLatin1String(text);
         } else if (token == QXmlStreamReader::EndElement) {
             --depth;
             if (reader.name() == QLatin1String("Entries"))

@@ -1,75 +1,16 @@
 #include <Vokit/ActionLog>
 
+#include "actionlog/LogTail_p.h"
+
 #include <Vokit/XMLLogReader>
 #include <Vokit/XMLLogWriter>
 
 #include <QMutexLocker>
 #include <QTextStream>
 
-#include <algorithm>
-#include <cctype>
 #include <vector>
 
 namespace vo {
-
-namespace {
-
-constexpr int gBlockSize = 4096;
-
-// The end of the file from its last tag but one on, with its position.
-QByteArray lastTags(QFile &file, qint64 *position)
-{
-    QByteArray tail;
-    qint64 start = file.size();
-    while (start > 0 && tail.count('<') < 2) {
-        const qint64 size = std::min<qint64>(start, gBlockSize);
-        start -= size;
-        file.seek(start);
-        tail.prepend(file.read(size));
-    }
-    *position = start;
-    return tail;
-}
-
-// Behind the tag's ">", which a value may hold, too; -1 for a tag without an end.
-int endOfTag(const QByteArray &tag)
-{
-    char quote = 0;
-    for (int i = 0; i < tag.size(); ++i) {
-        const char c = tag.at(i);
-        if (quote)
-            quote = c == quote ? '\0' : quote;
-        else if (c == '"' || c == '\'')
-            quote = c;
-        else if (c == '>')
-            return i + 1;
-    }
-    return -1;
-}
-
-// Where the torn entry begins that a text ends in; -1 if it ends otherwise. Nothing else is torn
-// off: what is not whole, such as a comment without an end, may hold entries worth saving.
-int tornEntry(const QByteArray &text)
-{
-    static const QByteArray name("<Entry");
-    static const QByteArray endTag("</Entry>");
-    int begin = text.lastIndexOf('<');
-    if (begin > 0 && text.mid(begin, 2) == "</" && endTag.startsWith(text.mid(begin)))
-        begin = text.lastIndexOf('<', begin - 1);
-    const QByteArray tag = text.mid(std::max(begin, 0));
-    const bool isEntry =
-        begin >= 0 && (tag.size() <= name.size()
-                           ? name.startsWith(tag)
-                           : tag.startsWith(name) && !std::isalnum(uchar(tag.at(name.size()))));
-    if (!isEntry)
-        return -1;
-    const int end = endOfTag(tag);
-    const bool isTorn =
-        end < 0 || (tag.at(end - 2) != '/' && endTag.startsWith(tag.mid(end).trimmed()));
-    return isTorn ? begin : -1;
-}
-
-} // namespace
 
 bool ActionLog::open(QFile &file, QIODevice::OpenMode mode)
 {
@@ -213,15 +154,9 @@ void ActionLog::cutTornEntry()
 {
     mFile.setTextModeEnabled(false); // positions are those of bytes
     mMayBeTorn = false;
-    qint64 start = 0;
-    QByteArray tail = lastTags(mFile, &start);
-    const int torn = tornEntry(tail);
-    if (torn >= 0) {
-        tail.truncate(torn);
-        while (!tail.isEmpty() && std::isspace(uchar(tail.back())))
-            tail.chop(1);
-        mFile.resize(start + tail.size());
-    }
+    const qint64 size = LogTail::wholeSize(mFile);
+    if (size < mFile.size())
+        mFile.resize(size);
     mFile.setTextModeEnabled(true);
     seekToEnd();
 }

@@ -105,7 +105,8 @@ public:
      * @param salt two bytes. One that is outside "./0-9A-Za-z" counts as some bits of its code. In
      *             place of a missing second one a zero counts, and the first is printed twice; an
      *             empty salt makes the result an empty text.
-     * @param buffer of 14 bytes: 13 characters and a zero
+     * @param buffer of 14 bytes: 13 characters and a zero; may be where the password or the salt
+     *               stands
      * @return buffer
      */
     static char *crypt_r(const char *password, const char *salt, char *buffer);

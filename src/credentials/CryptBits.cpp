@@ -50,10 +50,10 @@ char *Crypt::crypt_r(const char *password, const char *salt, char *buffer)
     setkey_r(&schedule, block);
     std::memset(block, 0, sizeof block);
 
+    // Read before anything is written: a buffer may hold its own salt. An empty text ends here.
+    const char secondOfSalt = salt[0] != '\0' ? salt[1] : '\0';
     buffer[0] = salt[0];
-    buffer[1] = '\0';
-    if (salt[0] != '\0') // else the text ends here
-        buffer[1] = salt[1];
+    buffer[1] = secondOfSalt;
     for (int i = 0; i < 2; ++i) {
         const auto value =
             static_cast<unsigned int>(saltValue(static_cast<signed char>(buffer[i])));

@@ -159,6 +159,13 @@ void tst_CryptBits::buffer()
     QCOMPARE(memory[14], '\0');
     QCOMPARE(memory[15], '#');
     QCOMPARE(QByteArray(memory + 1), test::hashOf("secret", "ab"));
+
+    const QByteArray hash = test::hashOf("secret", "ab");
+    Crypt::crypt_r("secret", memory + 1, memory + 1); // checked in place
+    QCOMPARE(QByteArray(memory + 1), hash);
+    std::strcpy(memory, "secret");
+    Crypt::crypt_r(memory, "ab", memory);
+    QCOMPARE(QByteArray(memory), hash);
 }
 
 void tst_CryptBits::exampleOfTheHeader()

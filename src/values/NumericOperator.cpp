@@ -95,13 +95,13 @@ QVariant NumericOperator::evaluate(const PropertySet &properties, bool *isConsta
         if (!right.isNull() && tool.computeInPlace(arithmetic(op), left, right, &result)) {
             value = std::move(result);
             done = tool.wasOK();
-            constant = constant && operandConstant;
         } else {
             if (!evaluated)
                 evaluateFirst(); // before another operand runs
             const QVariant next = operand.evaluate(properties, &operandConstant);
             done = apply(value, constant, op, next, operandConstant);
         }
+        constant = constant && operandConstant; // of an unknown operation, too
         evaluated = true;
         left = ValueView(value);
     }

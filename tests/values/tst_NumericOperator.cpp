@@ -287,6 +287,9 @@ void tst_NumericOperator::unknownOperation()
 {
     const ExpressionHandle e = chain(static_cast<Num::NumOp>(99), {1, 2});
     QCOMPARE(evaluated(e), QString("NULL const"));
+    const PropertySet set = setOf({new IntProperty("a", "", 12)});
+    QCOMPARE(evaluated(Num(literal(1), static_cast<Num::NumOp>(99), ref("a")), set),
+             QString("NULL"));
     QCOMPARE(print(e, Sql), QString("12"));
     QCOMPARE(print(e, Sql | Nested), QString("(12)"));
 }

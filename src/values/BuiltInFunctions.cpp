@@ -3,7 +3,9 @@
 #include <Vokit/TypeTool>
 
 #include <QDateTime>
+#include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -162,11 +164,31 @@ QString translatedPattern(QString pattern, const QString &escape)
     return pattern;
 }
 
+// Qt adds up the digits of a reference to a group without bounds, as in "\99999999999", and may
+// then read memory that isn't its own. One that is merely too high makes the pattern invalid.
+QRegExp withBoundedReferences(QRegExp expression)
+{
+    const QRegExp::PatternSyntax syntax = expression.patternSyntax();
+    QString pattern = expression.pattern();
+    const auto isReference = [](QChar c, QChar next) {
+        return c == QLatin1Char('\\') && next.unicode() >= '1' && next.unicode() <= '9';
+    };
+    if (std::adjacent_find(pattern.cbegin(), pattern.cend(), isReference) != pattern.cend() &&
+        (syntax == QRegExp::RegExp || syntax == QRegExp::RegExp2 ||
+         syntax == QRegExp::W3CXmlSchema11)) {
+        static const QRegularExpression sLong(
+            QStringLiteral(R"((?<!\\)(?:\\\\)*\\\K[1-9][0-9]{4,})"));
+        expression.setPattern(pattern.replace(sLong, QStringLiteral("9999")));
+    }
+    return expression;
+}
+
 // Matches with a new expression, and keeps it under the key.
 bool matchAndKeep(QCache<QString, QRegExp> &cache, const QString &key, const QString &pattern,
                   const QString &subject)
 {
-    auto made = std::make_unique<QRegExp>(pattern, Qt::CaseSensitive, QRegExp::RegExp);
+    auto made = std::make_unique<QRegExp>(
+        withBoundedReferences(QRegExp(pattern, Qt::CaseSensitive, QRegExp::RegExp)));
     const bool matches = made->exactMatch(subject);
     cache.insert(key, made.release());
     return matches;
@@ -213,7 +235,7 @@ QVariant FunctionExpression::regexp(const QList<QVariant> &values)
 {
     const QVariant pattern = values.value(1);
     if (pattern.canConvert(QVariant::RegExp))
-        return pattern.toRegExp().exactMatch(text(values));
+        return withBoundedReferences(pattern.toRegExp()).exactMatch(text(values));
     return matchesRegExp(text(values), pattern.toString());
 }
 

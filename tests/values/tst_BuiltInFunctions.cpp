@@ -180,6 +180,15 @@ void tst_BuiltInFunctions::like_data()
     row("a backslash with an escape", "a\\c", "!", {"a\\c"}, {"ac"});
     row("an empty pattern", "", "", {""}, {"a"});
     row("what QRegExp knows keeps its meaning", "ab+|c", "", {"ab", "abb", "c"}, {"ab+|c"});
+    row("an escaped digit, and no such group", "a!1c", "!", {"ac"}, {"a1c", "aac"});
+    row("a group by its number", "(a|b)\\1", "", {"aa", "bb"}, {"ab", "a"});
+    row("no group of that number", "(a|b)\\2", "", {"a", "b"}, {"ab", "aa"});
+    row("a group's number without bounds", "a\\223372036854775808b", "", {}, {"ab", "b"});
+    row("a group's number that an int can't hold", "(a)\\4294967297", "", {}, {"a", "aa"});
+    row("behind backslashes that stand for themselves", "a\\\\\\\\12345", "", {"a\\\\12345"},
+        {"a"});
+    row("of many digits in a class", "[\\123456789]", "", {}, {"", "1", "9"});
+    row("a backslash at the end", "a\\", "", {}, {"a\\", "a"});
     row("an invalid pattern matches nothing", "a(", "", {}, {"a(", "a", ""});
     row("an invalid pattern: not even nothing", "[", "", {}, {""});
 }
@@ -240,6 +249,12 @@ void tst_BuiltInFunctions::regexp_data()
         << V("ABC") << V(QRegExp("abc", Qt::CaseInsensitive)) << true;
     QTest::newRow("a wildcard pattern")
         << V("abc") << V(QRegExp("a*", Qt::CaseSensitive, QRegExp::Wildcard)) << true;
+    QTest::newRow("a group that isn't there") << V("ab") << V("a\\1b") << true;
+    QTest::newRow("a group that isn't there, in any case")
+        << V("AB") << V(QRegExp("a\\3b", Qt::CaseInsensitive)) << true;
+    QTest::newRow("a group by its number") << V("aa") << V(QRegExp("(a)\\1")) << true;
+    QTest::newRow("a plain text has no groups")
+        << V("a\\1") << V(QRegExp("a\\1", Qt::CaseSensitive, QRegExp::FixedString)) << true;
     QTest::newRow("a number") << V(123) << V("[0-9]+") << true;
     QTest::newRow("NULL and an empty pattern") << V() << V() << true;
     QTest::newRow("NULL and a pattern") << V() << V("a") << false;

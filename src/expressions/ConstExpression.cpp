@@ -143,7 +143,7 @@ void ConstExpression::printValue(QTextStream &stream, const QVariant &literal, P
         stream << stringValue(literal);
     else if (TypeTool::isDate(literal.type())) {
         if (style & PrintSql)
-            stream << TypeTool::dateMicroSeconds(literal);
+            stream << QString::number(TypeTool::dateMicroSeconds(literal)); // decimal in any stream
         else
             stream << stringValue(literal);
     } else if (style & PrintSql)

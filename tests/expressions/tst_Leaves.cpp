@@ -103,6 +103,13 @@ void tst_Leaves::printValue()
     ConstExpression::printValue(stream, value, Sql);
     stream.flush();
     QCOMPARE(text, "? " + sql);
+
+    text.clear();
+    stream << Qt::forcesign << Qt::showbase
+           << Qt::hex; // of the caller's, for numbers of the caller's
+    ConstExpression::printValue(stream, value, Sql);
+    stream.flush();
+    QCOMPARE(text, sql);
 }
 
 void tst_Leaves::constant()

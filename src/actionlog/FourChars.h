@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <type_traits>
+
 class QByteArray;
 class QTextStream;
 
@@ -20,8 +22,9 @@ class VOKIT_EXPORT FourChars
 public:
     constexpr FourChars() = default;
     /// From a constant such as 0x54696D65, "Time".
-    constexpr FourChars(quint32 value)
-        : mValue(value)
+    template <typename Number, typename = std::enable_if_t<std::is_convertible_v<Number, quint32>>>
+    constexpr FourChars(Number value) // a template, or 0 could be a null pointer, too
+        : mValue(static_cast<quint32>(value))
     {}
     FourChars(const QString &text);
     explicit FourChars(const QStringRef &text);

@@ -99,6 +99,7 @@ class tst_LogEntryModel : public QObject
 private slots:
     void fourChars_data();
     void fourChars();
+    void fourCharsOfConstants();
     void fourCharsOfPointer();
     void fourCharsInPlace();
     void fourCharsOrder();
@@ -168,6 +169,19 @@ void tst_LogEntryModel::fourChars()
     stream.flush();
     QCOMPARE(written, "before " + back);
     QCOMPARE(FourChars(id.toString()).value(), value);
+}
+
+void tst_LogEntryModel::fourCharsOfConstants()
+{
+    enum { Id = 0x54696D65 };
+    QCOMPARE(FourChars(Id).toString(), QString("Time"));
+    QCOMPARE(FourChars(0x54696D65).toString(), QString("Time"));
+    QCOMPARE(FourChars(0xFFFFFFFF).value(), 0xFFFFFFFF);
+    QCOMPARE(FourChars(0).value(), 0U);
+    QCOMPARE(FourChars(0L).value(), 0U);
+    QCOMPARE(FourChars(nullptr).value(), 0U);
+    constexpr FourChars constant(0x20202020);
+    QCOMPARE(constant.toString(), QString(4, ' '));
 }
 
 void tst_LogEntryModel::fourCharsOfPointer()

@@ -127,6 +127,8 @@ bool ActionLog::readEntries(QIODevice::OpenMode mode)
                              reader.endOfWhole() >= 0 &&
                              reader.characterOffset() > reader.endOfWhole();
         mMayBeTorn = hasTail && mFile.isOpen();
+        if (mWriter && reader.endOfWhole() >= 0)
+            mWriter->leaveDocument(); // another program's, if the one begun here was still open
     }
     // Not before all is read: a slot may log.
     for (std::unique_ptr<LogEntry> &entry : found)

@@ -18,6 +18,7 @@ private slots:
     void rootOfAnotherName();
     void unfinishedRootStays();
     void unfinishedRootIsMovedAwayAtTheNextStart();
+    void fileInThePlaceOfAnOpenRoot();
     void readingAloneCutsNothing();
     void activateAndThenLog();
     void afterAFailedSplit();
@@ -217,6 +218,30 @@ void tst_ActionLogTail::unfinishedRootIsMovedAwayAtTheNextStart()
     log.log(Remark("two"));
     QCOMPARE(LogFixture::contents(fixture.path("F 2026-03-05 12-00-00.vol.corrupt")), bytes);
     QCOMPARE(entries(log), QStringList("XmlP"));
+}
+
+// The open root tag that a log has left behind is closed there, and in no file that takes its
+// place.
+void tst_ActionLogTail::fileInThePlaceOfAnOpenRoot()
+{
+    const LogFixture fixture;
+    const QString file = fixture.path("F.vol");
+    const QByteArray other = LogFixture::head("other") + '>' + LogFixture::entry("one");
+    for (const QByteArray &bytes : {QByteArray(), other}) {
+        ActionLog log(file);
+        log.activate();
+        log.close();
+        const QByteArray header = LogFixture::head(file);
+        QCOMPARE(LogFixture::contents(file), header);
+        if (!bytes.isEmpty())
+            fixture.write(file, bytes);
+        log.setSuspended(false);
+        log.log(Remark("two"));
+        QCOMPARE(LogFixture::contents(file),
+                 (bytes.isEmpty() ? header + '>' : bytes) + LogFixture::entry("two"));
+        log.close();
+        QVERIFY(QFile::remove(file));
+    }
 }
 
 void tst_ActionLogTail::readingAloneCutsNothing()

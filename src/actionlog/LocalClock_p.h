@@ -1,8 +1,21 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDateTime>
 
 namespace vo {
+
+/// The value of TZ when this was made: what was found out about local times holds as long as it.
+class ZoneSetting
+{
+public:
+    ZoneSetting();
+    bool isCurrent() const;
+    bool isSet() const { return !m_value.isNull(); }
+
+private:
+    QByteArray m_value;
+};
 
 /**
  * The current local time, at a third of what QDateTime::currentDateTime() costs where the
@@ -18,6 +31,12 @@ public:
     LocalClock() = delete;
 
     static QDateTime now();
+
+    /**
+     * Whether no hour of a local day is skipped or comes twice. False for a day with a change of
+     * the clock, for some beside one, and from 2038 on, where Qt has changes of its own.
+     */
+    static bool isEven(const QDate &date);
 };
 
 } // namespace vo

@@ -1,11 +1,11 @@
 #include "actionlog/ShortDate_p.h"
 
+#include "actionlog/LocalClock_p.h"
 #include "actionlog/ShortDateFormat_p.h"
 
 #include <QLocale>
 
 #include <array>
-#include <cstdlib>
 
 namespace vo {
 
@@ -47,15 +47,12 @@ QDateTime ShortDate::fromText(const QString &text)
             QDateTime date;
         };
         std::array<Pair, gCacheSize> pairs;
-        QByteArray zone;
+        ZoneSetting zone;
     };
     thread_local Recent recent;
 
-    const char *const zone = std::getenv("TZ");
-    if (recent.zone != zone) {
+    if (!recent.zone.isCurrent())
         recent = Recent();
-        recent.zone = zone;
-    }
     Recent::Pair &pair = recent.pairs.at(qHash(text) % gCacheSize);
     if (pair.text != text || text.isEmpty())
         pair = {text, readAnew(text)};

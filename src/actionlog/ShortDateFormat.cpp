@@ -1,5 +1,7 @@
 #include "actionlog/ShortDateFormat_p.h"
 
+#include "actionlog/LocalClock_p.h"
+
 #include <algorithm>
 
 namespace vo {
@@ -214,15 +216,18 @@ std::optional<QDateTime> ShortDateFormat::read(const QString &text) const
         if (!found)
             return {};
     }
-    if (is12)
+    if (is12) {
+        if (hour > 12)
+            return {};
         hour = hour % 12 + (isPm ? 12 : 0);
+    }
     const QDate date(year, month, day);
     const QTime time(hour, minute, second);
     if (!cursor.atEnd() || !date.isValid() || !time.isValid())
         return {};
     const QDateTime result(date, time);
-    // An hour that the zone skips is one of the cases that are left to Qt.
-    if (!result.isValid() || result.time() != time || result.date() != date)
+    // Of an hour that comes twice, QDateTime takes the one that the C library thought of last.
+    if (!result.isValid() || !LocalClock::isEven(date))
         return {};
     return result;
 }

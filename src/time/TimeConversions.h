@@ -4,6 +4,8 @@
 
 #include <QDateTime>
 
+#include <type_traits>
+
 /**
  * Conversions between QDateTime and the units in which the system counts time.
  *
@@ -24,8 +26,14 @@
  */
 namespace vo {
 
-/// Local time. Only the low 32 bits count. Write 1LL or 1.0: a plain int fits both overloads.
+/// Local time. Only the low 32 bits count.
 VOKIT_EXPORT QDateTime fromSeconds(long long seconds);
+/// The same for every other integer, which would fit the overload for doubles as well.
+template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
+QDateTime fromSeconds(Integer seconds)
+{
+    return fromSeconds(static_cast<long long>(seconds));
+}
 
 /// UTC, as all functions below.
 VOKIT_EXPORT QDateTime fromSeconds(double seconds);

@@ -3,6 +3,7 @@
 
 #include <QtTest>
 
+#include <ctime>
 #include <limits>
 #include <type_traits>
 
@@ -162,6 +163,10 @@ void tst_TimeConversions::resultTypes()
     QCOMPARE(vo::fromSeconds(1LL).timeSpec(), Qt::LocalTime);
     QCOMPARE(vo::fromSeconds(1.0).timeSpec(), Qt::UTC);
     QCOMPARE(vo::fromSeconds(1LL), vo::fromSeconds(1.0)); // one instant
+    QCOMPARE(vo::fromSeconds(1).timeSpec(), Qt::LocalTime);
+    QCOMPARE(vo::fromSeconds(std::time_t(1)), vo::fromSeconds(1LL));
+    QCOMPARE(vo::fromSeconds(quint32(4294967295)), vo::fromSeconds(4294967295LL));
+    QCOMPARE(vo::fromSeconds(1.5F).timeSpec(), Qt::UTC);
 }
 
 void tst_TimeConversions::roundTripLosesMilliseconds()

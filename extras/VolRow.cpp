@@ -1,6 +1,7 @@
 #include <VokitExtras/VolRow>
 
 #include "VolCell_p.h"
+#include "actionlog/Sentence_p.h"
 
 #include <Vokit/LogEntry>
 #include <Vokit/LogEntryFactory>
@@ -255,12 +256,12 @@ QString VolRow::Rows::description()
         std::none_of(own, m_cells.end(), [](const VolCell &cell) { return cell.isUnreadable(); });
     if (m_isKnown && isReadable)
         return m_entry->description();
-    QString text = m_entry->descriptionText();
-    if (text.isEmpty())
+    Sentence sentence(m_entry->descriptionText());
+    if (sentence.text().isEmpty())
         return namesAndValues();
-    for (auto cell = own; cell != m_cells.end() && text.contains(QLatin1Char('%')); ++cell)
-        text = text.arg(cell->shownText(), 0, QLatin1Char(' '));
-    return text;
+    for (auto cell = own; cell != m_cells.end() && sentence.takesMore(); ++cell)
+        sentence.fillIn(cell->shownText());
+    return sentence.text();
 }
 
 QString VolRow::Rows::namesAndValues()

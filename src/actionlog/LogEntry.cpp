@@ -1,6 +1,7 @@
 #include <Vokit/LogEntry>
 
 #include "actionlog/EntryClock_p.h"
+#include "actionlog/Sentence_p.h"
 
 #include <Vokit/LogEntryFactory>
 #include <Vokit/ProsaLogWriter>
@@ -33,10 +34,10 @@ QString LogEntry::description() const
 {
     QString text = descriptionText();
     if (!text.isEmpty()) {
-        // A text without placeholders takes no value, and would be warned of.
-        for (int i = gFirstOwnValue; i < mValues.size() && text.contains(QLatin1Char('%')); ++i)
-            text = text.arg(mValues.at(i)->toString(), 0, QLatin1Char(' '));
-        return text;
+        Sentence sentence(text);
+        for (int i = gFirstOwnValue; i < mValues.size() && sentence.takesMore(); ++i)
+            sentence.fillIn(mValues.at(i)->toString());
+        return sentence.text();
     }
     QTextStream stream(&text, QIODevice::ReadWrite);
     ProsaLogWriter writer(stream, ' ');

@@ -34,6 +34,8 @@ public:
     virtual QString action() const = 0;
     /// The sentence filled in: each value fills the lowest placeholder that is left, those that
     /// came in with a value before included. Without a sentence, the names and values.
+    /// Placeholders in values may multiply each other: the value that would so make it longer than
+    /// all of them once and a million characters is not filled in, nor is what follows.
     virtual QString description() const;
 
     QDateTime time() const { return mTime.value(); }

@@ -169,6 +169,7 @@ private slots:
     void writeTo();
     void description_data();
     void description();
+    void descriptionThatMultiplies();
     void descriptionOfTypes();
     void descriptionOfLibraryClasses();
     void equality_data();
@@ -334,6 +335,25 @@ void tst_LogEntry::description()
     const AnyEntry entry(sentence, values);
     entry.setUser("never shown");
     QCOMPARE(entry.description(), description);
+}
+
+// A log may say anything: a few hundred bytes must not become gigabytes.
+void tst_LogEntry::descriptionThatMultiplies()
+{
+    const auto times = [](int count, const char *text) { return QString(text).repeated(count); };
+    const QStringList values{times(2000, "%1"), times(2000, "%2"), times(2000, "%3"), "end"};
+    QCOMPARE(AnyEntry("%1", values).description(), values.at(0));
+    QCOMPARE(AnyEntry("%1 %2", {times(300, "%3"), times(300, "%4"), times(300, "%5"), "end"})
+                 .description()
+                 .size(),
+             300 * 300 * 2 + 1 + 300 * 3);
+    // What stands once is as long as it is, and a million more is no harm.
+    const QString longText = times(3000000, "a");
+    QCOMPARE(AnyEntry("%1 %2 %3", {longText, longText, "c"}).description(),
+             longText + ' ' + longText + " c");
+    const QString half = times(500000, "a");
+    QCOMPARE(AnyEntry("%1 %1 %1 %L1%2", {half, "b"}).description(), "%1 %1 %1 %L1%2");
+    QCOMPARE(AnyEntry("%1 %1 %11%2", {half, "b", "c"}).description(), half + ' ' + half + " cb");
 }
 
 void tst_LogEntry::descriptionOfTypes()

@@ -1,6 +1,7 @@
 #include "VolCell_p.h"
 
 #include <Vokit/TypedProperties>
+#include <VokitExtras/VolRow>
 
 #include <boost/make_shared.hpp>
 
@@ -29,13 +30,14 @@ QDateTime completed(const QDateTime &date, int referenceYear)
 {
     constexpr int century = 100;
     if (!hasShortYears() || !date.isValid())
-        return date;
+        return VolRow::dateOf(date);
     int year = referenceYear - referenceYear % century + date.date().year() % century;
     if (year > referenceYear + century / 2)
         year -= century;
     else if (year < referenceYear - century / 2)
         year += century;
-    return {QDate(year, date.date().month(), date.date().day()), date.time()};
+    return VolRow::dateOf(
+        {QDate(year, date.date().month(), date.date().day()), date.time(), Qt::LocalTime});
 }
 
 QVariant::Type typeOf(const LogValue &value)

@@ -27,8 +27,8 @@ public:
      * Whether XML allows all of it.
      *
      * An identifier may hold what XML allows in no name, as that of the source of a renamed export
-     * does, and the log writes it all the same. Such an entry is whole, while XMLLogReader stops at
-     * it.
+     * does, and the log writes it all the same. Such an entry is whole if this process knows its
+     * class, and that has the identifier, while XMLLogReader stops at it.
      */
     bool isWellFormed() const;
     /// The bytes in a form that XMLLogReader reads: bytes() if they are well-formed. Else what XML

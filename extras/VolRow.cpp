@@ -1,6 +1,7 @@
 #include <VokitExtras/VolRow>
 
 #include "VolCell_p.h"
+#include "actionlog/LocalClock_p.h"
 #include "actionlog/Sentence_p.h"
 
 #include <Vokit/LogEntry>
@@ -333,6 +334,11 @@ QString VolRow::timeText() const
 QString VolRow::user() const
 {
     return m_rows->text(UserPlace);
+}
+
+QDateTime VolRow::dateOf(const QDateTime &local)
+{
+    return LocalClock::firstOf(local);
 }
 
 QString VolRow::action() const

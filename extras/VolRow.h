@@ -54,6 +54,10 @@ public:
     VolRow(const VolRow &) = delete;
     VolRow &operator=(const VolRow &) = delete;
 
+    /// The date that stands for a local time in all rows: the first one where the clock shows it
+    /// twice. What is compared with a row's dates has to be one of these.
+    static QDateTime dateOf(const QDateTime &local);
+
     /// Many locales' short dates have two digits for the year. Such a year is the one nearest to
     /// the file's, which is that of this date; of today if none is given.
     void setReferenceDate(const QDateTime &date);

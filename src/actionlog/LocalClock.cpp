@@ -95,4 +95,16 @@ bool LocalClock::isEven(const QDate &date)
     return day.isEven;
 }
 
+QDateTime LocalClock::firstOf(const QDateTime &local)
+{
+    if (local.isValid() && !isEven(local.date())) {
+        for (const std::time_t change : {gLongestChange, gLongestChange / 2, gLongestChange / 4}) {
+            QDateTime earlier = local.addSecs(-change);
+            if (earlier.date() == local.date() && earlier.time() == local.time())
+                return earlier;
+        }
+    }
+    return local;
+}
+
 } // namespace vo

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Vokit/vokit_export.h>
+
 #include <QByteArray>
 #include <QDateTime>
 
@@ -25,7 +27,7 @@ private:
  * A TZ that changes counts from the next call on, as with Qt. A changed /etc/localtime counts
  * within a second.
  */
-class LocalClock
+class VOKIT_EXPORT LocalClock // for VokitExtras
 {
 public:
     LocalClock() = delete;
@@ -37,6 +39,9 @@ public:
      * the clock, for some beside one, and from 2038 on, where Qt has changes of its own.
      */
     static bool isEven(const QDate &date);
+
+    /// The first one of two equal local times; the date itself if there is no other one.
+    static QDateTime firstOf(const QDateTime &local);
 };
 
 } // namespace vo

@@ -25,6 +25,7 @@ private slots:
     void wrongDates_data();
     void wrongDates();
     void midnight();
+    void hourThatComesTwice();
     void todayAndYesterday();
     void unknownCategory();
     void storedFilter_data();
@@ -209,6 +210,34 @@ void tst_VokitLogFilters::midnight()
     };
     QCOMPARE(texts({"--since", "2018-11-04"}), doneLine("b", "ann", "2018-11-04 01:00:00"));
     QCOMPARE(texts({"--until", "2018-11-03"}), doneLine("a", "ann", "2018-11-03 23:59:59"));
+}
+
+// The hour that the clock shows twice is taken for the first of both, in the log and in options.
+void tst_VokitLogFilters::hourThatComesTwice()
+{
+    const Variable zone("TZ", "Europe/Berlin");
+    QByteArray bytes = head();
+    for (const char *time : {"01:59:59", "02:00:00", "02:10:00", "02:59:59", "03:00:00"})
+        bytes += done(QByteArray(time).left(5), "ann", QByteArray("25 Oct 2026 ") + time);
+    const auto texts = [&](const QStringList &options) {
+        QByteArray result;
+        const QByteArray csv =
+            runProgram(QStringList{"show", "--format", "json"} + options + QStringList{"-"}, bytes)
+                .output;
+        for (const QByteArray &line : csv.split('\n')) {
+            const int text = line.indexOf("\"description\":\"");
+            if (text >= 0)
+                result += line.mid(text + 15, 5) + ' ';
+        }
+        return result;
+    };
+    QCOMPARE(texts({"--since", "2026-10-25T02:00"}), QByteArray("02:00 02:10 02:59 03:00 "));
+    QCOMPARE(texts({"--since", "2026-10-25T02:10"}), QByteArray("02:10 02:59 03:00 "));
+    QCOMPARE(texts({"--until", "2026-10-25T02:10"}), QByteArray("01:59 02:00 02:10 "));
+    QCOMPARE(texts({"--since", "2026-10-25T02:10", "--until", "2026-10-25T02:10"}),
+             QByteArray("02:10 "));
+    QCOMPARE(texts({"--since", "2026-10-25T03:00"}), QByteArray("03:00 "));
+    QCOMPARE(texts({"--until", "2026-10-25T01:59:59"}), QByteArray("01:59 "));
 }
 
 void tst_VokitLogFilters::todayAndYesterday()

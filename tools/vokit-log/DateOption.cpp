@@ -2,6 +2,8 @@
 
 #include "UsageFailure.h"
 
+#include <VokitExtras/VolRow>
+
 #include <QRegularExpression>
 
 #include <limits>
@@ -30,7 +32,7 @@ DateSpan spanOf(const QString &text)
         const QDate day = dayOf(text); // midnight is not the start of every one
         return {day.startOfDay(), day.addDays(1).startOfDay()};
     }
-    const QDateTime time = QDateTime::fromString(text, Qt::ISODate);
+    const QDateTime time = vo::VolRow::dateOf(QDateTime::fromString(text, Qt::ISODate));
     return {time, time.addSecs(1)};
 }
 

@@ -23,6 +23,8 @@ private slots:
     void oddNames();
     void lostOutput_data();
     void lostOutput();
+    void valuesThatMultiply();
+    void outputOntoTheInput();
     void wrongUse_data();
     void wrongUse();
     void help();
@@ -221,7 +223,7 @@ void tst_VokitLogShow::standardInput()
     const ProgramRun run = runProgram({"show", "-"}, head() + done("a") + done("b"));
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(run.output, doneLine("a") + doneLine("b"));
-    QCOMPARE(runScript("exec \"$0\" show - <&-", {}).exitCode, 0);
+    QCOMPARE(runScript("exec \"$0\" show - <&-", {}).exitCode, 3);
     const ProgramRun folder = runScript("exec \"$0\" show - < /", {});
     QCOMPARE(folder.exitCode, 3);
     QCOMPARE(folder.errors, QByteArray("vokit-log: cannot read '-': Is a directory\n"));
@@ -257,7 +259,16 @@ void tst_VokitLogShow::lostOutput_data()
     QTest::newRow("a reader of XML that goes away")
         << QByteArray("{ \"$0\" show --format xml \"$1\"; echo $? >&2; } | true") << 0
         << QByteArray("0\n");
-    QTest::newRow("closed") << QByteArray("exec \"$0\" show \"$1\" >&-") << 0 << QByteArray();
+    const QByteArray closed("vokit-log: cannot write the output: Bad file descriptor\n");
+    QTest::newRow("closed") << QByteArray("exec \"$0\" show \"$1\" >&-") << 3 << closed;
+    QTest::newRow("closed, and XML")
+        << QByteArray("exec \"$0\" show --format xml \"$1\" >&-") << 3 << closed;
+    QTest::newRow("closed, and a check")
+        << QByteArray("exec \"$0\" check \"$1\" >&-") << 3 << closed;
+    QTest::newRow("closed, and a recovery")
+        << QByteArray("exec \"$0\" recover \"$1\" -o - >&-") << 3 << closed;
+    QTest::newRow("all closed") << QByteArray("exec \"$0\" show \"$1\" <&- >&- 2>&-") << 3
+                                << QByteArray();
 }
 
 void tst_VokitLogShow::lostOutput()
@@ -270,6 +281,46 @@ void tst_VokitLogShow::lostOutput()
     const ProgramRun run = runScript(script.constData(), {m_folder.write("long.vol", bytes)});
     QTEST(run.exitCode, "exitCode");
     QCOMPARE(run.errors, errors);
+}
+
+// Values may hold the places of other values, which multiply.
+void tst_VokitLogShow::valuesThatMultiply()
+{
+    const auto many = [](const char *place) { return QByteArray(place).repeated(300); };
+    for (const char *date : {"21 Nov 2026 15:04:06", "no date"}) {
+        const QByteArray bytes = head() + "<Entry ID=\"ExpS\" Text=\"" + many("%1") + "\" Form=\"" +
+                                 many("%2") + "\" srcP=\"" + many("%3") + "\" dstP=\"" +
+                                 many("%4") + "\" from=\"" + date + "\" to  =\"z\"/>" + done("end");
+        for (const char *format : {"prose", "json", "csv"}) {
+            const ProgramRun run = runProgram({"show", "--format", format, "-"}, bytes);
+            QCOMPARE(run.exitCode, 0);
+            QVERIFY(run.output.size() < 4000000);
+            QVERIFY(run.output.right(200).contains("end"));
+        }
+        const ProgramRun found =
+            runProgram({"report", "--by", "action", "--contains", "end", "-"}, bytes);
+        QCOMPARE(found.exitCode, 0);
+    }
+}
+
+// What would read its own output for ever.
+void tst_VokitLogShow::outputOntoTheInput()
+{
+    const QByteArray bytes = head() + done("a");
+    const QString file = m_folder.write("both.vol", bytes);
+    for (const char *verb : {"show", "show --format xml", "check", "report --by user"}) {
+        const ProgramRun run =
+            runScript("exec \"$0\" " + QByteArray(verb) + " \"$1\" >>\"$1\"", {file});
+        QCOMPARE(run.exitCode, 3);
+        QCOMPARE(run.errors,
+                 "vokit-log: cannot read '" + file.toUtf8() + "': the output goes there\n");
+    }
+    const ProgramRun redirected = runScript("exec \"$0\" recover - -o - <\"$1\" >>\"$1\"", {file});
+    QCOMPARE(redirected.exitCode, 3);
+    QFile after(file);
+    QVERIFY(after.open(QIODevice::ReadOnly));
+    QVERIFY(after.readAll().startsWith(bytes));
+    QVERIFY(after.size() < 2 * bytes.size() + 1000); // the empty frames of XML and tables
 }
 
 void tst_VokitLogShow::wrongUse_data()

@@ -17,14 +17,13 @@
 namespace {
 
 // A standard stream that came in closed would give its number to the next thing that is opened,
-// and a report would be written into that.
+// and a report would be written into that. Opened the wrong way round, it still fails.
 void occupyStandardStreams()
 {
-    int descriptor = STDIN_FILENO;
-    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
-        descriptor = ::open("/dev/null", O_RDWR);
-    if (descriptor > STDERR_FILENO)
-        ::close(descriptor);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) < 0)
+            ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
 }
 
 } // namespace

@@ -21,6 +21,8 @@ InputFile::InputFile(const QString &name)
         refuse(m_file.errorString());
     if (!m_file.headerCompatible)
         refuse(QStringLiteral("it belongs to another cipher"));
+    if (isTheOutput())
+        refuse(QStringLiteral("the output goes there"));
 }
 
 void InputFile::checkEnd() const
@@ -56,6 +58,15 @@ bool InputFile::isSameAs(const QString &name) const
     return ::fstat(m_file.handle(), &mine) == 0 &&
            ::stat(QFile::encodeName(name).constData(), &other) == 0 &&
            mine.st_dev == other.st_dev && mine.st_ino == other.st_ino;
+}
+
+// Then each line would be read again, for ever.
+bool InputFile::isTheOutput() const
+{
+    struct stat mine;
+    struct stat output;
+    return ::fstat(m_file.handle(), &mine) == 0 && ::fstat(STDOUT_FILENO, &output) == 0 &&
+           S_ISREG(mine.st_mode) && mine.st_dev == output.st_dev && mine.st_ino == output.st_ino;
 }
 
 void InputFile::refuse(const QString &reason) const

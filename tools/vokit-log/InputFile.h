@@ -40,6 +40,7 @@ public:
     bool isSameAs(const QString &name) const;
 
 private:
+    bool isTheOutput() const;
     [[noreturn]] void refuse(const QString &reason) const;
 
     QString m_name;

@@ -23,9 +23,9 @@ constexpr VerbHelp gHelp = {
     "  json   One object: by, total, and counts, a list of objects with name and\n"
     "         count.\n"
     "The largest counts come first, and days by date. Entries without a user, a time\n"
-    "that can be read or a known class are counted under words in brackets, and so\n"
-    "are those under more than 50,000 names. Of a name the first 200 characters\n"
-    "count.\n"
+    "that can be read or a known class are counted under words in brackets, behind\n"
+    "all others, and so are those under more than 50,000 names. Of a name the first\n"
+    "200 characters count.\n"
     "\nExamples:\n"
     "  vokit-log report --by user --since 2026-11-01 client.vol\n"
     "  vokit-log report --by day --category Error --format csv *.vol\n"};

@@ -33,15 +33,16 @@ void tst_ActionLogTail::tails_data()
     QTest::addColumn<QByteArray>("tail");
     QTest::addColumn<QByteArray>("kept"); // of it
     QTest::addColumn<QStringList>("read");
-    QTest::addColumn<QStringList>("next"); // what is read when "two" stands behind it
+    QTest::addColumn<QStringList>("next"); // what is read when two entries stand behind it
 
     const QByteArray one = LogFixture::entry("one");
-    const QStringList twoBehindOne{"one", "two"};
+    const QStringList behind{"two", "three"};
+    const QStringList bothBehindOne{"one", "two", "three"};
     const auto cut = [&](const char *name, const QByteArray &tail) {
-        QTest::newRow(name) << one << tail << QByteArray() << QStringList{"one"} << twoBehindOne;
+        QTest::newRow(name) << one << tail << QByteArray() << QStringList{"one"} << bothBehindOne;
     };
     const auto stays = [&](const char *name, const QByteArray &tail) {
-        QTest::newRow(name) << one << tail << tail << QStringList{"one"} << twoBehindOne;
+        QTest::newRow(name) << one << tail << tail << QStringList{"one"} << bothBehindOne;
     };
     const auto spoils = [&](const char *name, const QByteArray &tail, const QStringList &next) {
         QTest::newRow(name) << one << tail << tail << QStringList{"one"} << next;
@@ -68,7 +69,7 @@ void tst_ActionLogTail::tails_data()
     for (int size : {4094, 4095, 4096, 4097, 8191, 8192, 8193, 16384}) {
         QTest::addRow("a tail of %d bytes", size)
             << one << "<Entry Text=\"" + QByteArray(size - 13, 'x') << QByteArray()
-            << QStringList{"one"} << twoBehindOne;
+            << QStringList{"one"} << bothBehindOne;
     }
     // As another program may write it.
     cut("a bracket in a value", "<Entry ID=\"Rmrk\" Text=\"a > b");
@@ -78,11 +79,11 @@ void tst_ActionLogTail::tails_data()
     cut("behind a line break, the first letter", "\n<");
     QTest::newRow("with line breaks between the entries")
         << "\r\n" + one + "\r\n" + one << QByteArray("\r\n<Entry ID=\"Rmrk\"\r\nText=\"x\r\n")
-        << QByteArray() << QStringList{"one", "one"} << QStringList{"one", "one", "two"};
-    QTest::newRow("the first entry") << QByteArray() << QByteArray("<Entry ID=\"Rm") << QByteArray()
-                                     << QStringList() << QStringList{"two"};
+        << QByteArray() << QStringList{"one", "one"} << QStringList{"one", "one", "two", "three"};
+    QTest::newRow("the first entry")
+        << QByteArray() << QByteArray("<Entry ID=\"Rm") << QByteArray() << QStringList() << behind;
     QTest::newRow("the first entry, a bracket of it")
-        << QByteArray() << QByteArray("<") << QByteArray() << QStringList() << QStringList{"two"};
+        << QByteArray() << QByteArray("<") << QByteArray() << QStringList() << behind;
     cut("within an end tag", "<Entry ID=\"Rmrk\" Text=\"\"></Ent");
     cut("ahead of an end tag", "<Entry ID=\"Rmrk\" Text=\"\"></");
 
@@ -91,7 +92,7 @@ void tst_ActionLogTail::tails_data()
     const QByteArray open("<Entry ID=\"Rmrk\" Text=\"open\">");
     const auto cutFrom = [&](const char *name, const QByteArray &kept, const QByteArray &tail,
                              const QStringList &read) {
-        QTest::newRow(name) << one << kept + tail << kept << read << read + QStringList{"two"};
+        QTest::newRow(name) << one << kept + tail << kept << read << read + behind;
     };
     cutFrom("behind text", "text", "<Entry ID=", {"one"});
     cutFrom("behind a comment about an entry", "<!-- <Entry -->", "<Entry ID=", {"one"});
@@ -114,7 +115,7 @@ void tst_ActionLogTail::tails_data()
     stays("an instruction about an entry", "<?about <Entry ?> ");
     const auto isRead = [&](const char *name, const QByteArray &tail, const char *text) {
         const QStringList read{"one", text};
-        QTest::newRow(name) << one << tail << tail << read << read + QStringList{"two"};
+        QTest::newRow(name) << one << tail << tail << read << read + behind;
     };
     isRead("whole, with an end tag", "<Entry ID=\"Rmrk\" Text=\"a\"></Entry>", "a");
     isRead("whole, with a bracket in a value", "<Entry ID=\"Rmrk\" Text=\"a > b\"/>", "a > b");
@@ -144,11 +145,13 @@ void tst_ActionLogTail::tails()
     log.setSuspended(false);
     SignalRecord record(log, fixture);
     log.log(Remark("two"));
+    log.log(Remark("three"));
     QStringList all = entries(log);
     all.removeAll("Rmrk"); // a start tag whose end tag was torn off has been read
-    QCOMPARE(all, read + QStringList{"two"});
+    QCOMPARE(all, read + (QStringList{"two", "three"}));
     QCOMPARE(record.take().filter("error"), QStringList());
-    QCOMPARE(LogFixture::contents(file), whole + kept + LogFixture::entry("two"));
+    QCOMPARE(LogFixture::contents(file),
+             whole + kept + LogFixture::entry("two") + LogFixture::entry("three"));
 
     log.close();
     ActionLog again(file);

@@ -17,6 +17,7 @@ private slots:
     void sameAsQt_data();
     void sameAsQt();
     void zoneThatChanges();
+    void hoursThatComeTwice();
 };
 
 namespace {
@@ -97,6 +98,41 @@ void tst_LocalClock::zoneThatChanges()
             QVERIFY2(isQtsNow(), zone);
         }
     }
+}
+
+// Whatever date the process asked about before, the first one is meant.
+void tst_LocalClock::hoursThatComeTwice()
+{
+    struct Row
+    {
+        const char *zone;
+        QDateTime local;
+        int offset; // of the first, in minutes
+    };
+    const Row rows[] = {
+        {"Europe/Berlin", QDateTime(QDate(2026, 10, 25), QTime(2, 30)), 120},
+        {"America/New_York", QDateTime(QDate(2026, 11, 1), QTime(1, 0)), -240},
+        {"Australia/Lord_Howe", QDateTime(QDate(2026, 4, 5), QTime(1, 45)), 660},
+        {"America/Havana", QDateTime(QDate(2026, 11, 1), QTime(0, 0)), -240},
+    };
+    for (const Row &row : rows) {
+        setZone(row.zone);
+        for (int month : {1, 7}) {
+            QVERIFY(QDateTime(QDate(2026, month, 1), QTime(12, 0)).toSecsSinceEpoch() > 0);
+            const QDateTime local(row.local.date(), row.local.time());
+            const QDateTime first = LocalClock::firstOf(local);
+            QCOMPARE(first.offsetFromUtc(), row.offset * 60);
+            QCOMPARE(first.date(), local.date());
+            QCOMPARE(first.time(), local.time());
+            QVERIFY(!LocalClock::isEven(local.date()));
+            const QDateTime other = local.addDays(7);
+            QVERIFY(LocalClock::isEven(other.date()));
+            QCOMPARE(LocalClock::firstOf(other), other);
+        }
+    }
+    setZone("UTC");
+    QVERIFY(LocalClock::isEven(QDate(2026, 10, 25)));
+    QVERIFY(!LocalClock::firstOf(QDateTime()).isValid());
 }
 
 QTEST_APPLESS_MAIN(tst_LocalClock)

@@ -221,10 +221,10 @@ void tst_VokitLogFilters::hourThatComesTwice()
         bytes += done(QByteArray(time).left(5), "ann", QByteArray("25 Oct 2026 ") + time);
     const auto texts = [&](const QStringList &options) {
         QByteArray result;
-        const QByteArray csv =
+        const QByteArray json =
             runProgram(QStringList{"show", "--format", "json"} + options + QStringList{"-"}, bytes)
                 .output;
-        for (const QByteArray &line : csv.split('\n')) {
+        for (const QByteArray &line : json.split('\n')) {
             const int text = line.indexOf("\"description\":\"");
             if (text >= 0)
                 result += line.mid(text + 15, 5) + ' ';
@@ -238,6 +238,13 @@ void tst_VokitLogFilters::hourThatComesTwice()
              QByteArray("02:10 "));
     QCOMPARE(texts({"--since", "2026-10-25T03:00"}), QByteArray("03:00 "));
     QCOMPARE(texts({"--until", "2026-10-25T01:59:59"}), QByteArray("01:59 "));
+
+    const Variable midnights("TZ", "America/Havana"); // 00:00 comes twice there
+    bytes = head() + done("31/10", "ann", "31 Oct 2026 23:59:59") +
+            done("00:00", "ann", "1 Nov 2026 00:00:00") +
+            done("00:30", "ann", "1 Nov 2026 00:30:00");
+    QCOMPARE(texts({"--since", "2026-11-01"}), QByteArray("00:00 00:30 "));
+    QCOMPARE(texts({"--until", "2026-10-31"}), QByteArray("31/10 "));
 }
 
 void tst_VokitLogFilters::todayAndYesterday()

@@ -300,6 +300,7 @@ void tst_VokitLogShow::valuesThatMultiply()
         const ProgramRun found =
             runProgram({"report", "--by", "action", "--contains", "end", "-"}, bytes);
         QCOMPARE(found.exitCode, 0);
+        QVERIFY(found.output.contains("Export done"));
     }
 }
 

@@ -30,7 +30,8 @@ DateSpan spanOf(const QString &text)
         QStringLiteral("\\A\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d(:\\d\\d)?\\z"));
     if (!form.match(text).hasMatch()) {
         const QDate day = dayOf(text); // midnight is not the start of every one
-        return {day.startOfDay(), day.addDays(1).startOfDay()};
+        return {vo::VolRow::dateOf(day.startOfDay()),
+                vo::VolRow::dateOf(day.addDays(1).startOfDay())};
     }
     const QDateTime time = vo::VolRow::dateOf(QDateTime::fromString(text, Qt::ISODate));
     return {time, time.addSecs(1)};
